@@ -1,0 +1,4 @@
+#include "platform/cobject.h"
+
+// Anchors the vtable in the library.
+CObject::~CObject() = default;
