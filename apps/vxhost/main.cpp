@@ -1,1 +1,101 @@
-int main() { return 0; }
+// vxhost: the sample host of VxBase.
+//
+//   vxhost              a short tour of what the library does
+//   vxhost help         the list of commands
+//   vxhost CMD ARGS...  one command
+#include "democommand.h"
+#include "hostframe.h"
+
+#include <vxbase.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace vxhost {
+
+std::vector<Command>& Commands()
+{
+    static std::vector<Command> commands;
+    return commands;
+}
+
+void Heading(const char* title)
+{
+    std::printf("\n== %s ==\n", title);
+}
+
+void Print(const std::string& codePageText)
+{
+    std::printf("%s", vx::ToUtf8(codePageText).c_str());
+}
+
+} // namespace vxhost
+
+namespace {
+
+void SortCommands()
+{
+    auto& commands = vxhost::Commands();
+    std::stable_sort(commands.begin(), commands.end(),
+                     [](const vxhost::Command& a, const vxhost::Command& b) { return a.order < b.order; });
+}
+
+int Help()
+{
+    std::printf("usage: vxhost [COMMAND [ARGS...]]\n\nWithout a command, vxhost runs the tour.\n\n");
+    for (const auto& c : vxhost::Commands())
+        std::printf("  %-10s %s\n", c.name, c.help);
+    return 0;
+}
+
+int Tour()
+{
+    std::printf("VxBase %d.%d.%d.%d: a tour of the base library of the AT/IT suite\n", GetDllVersionVxBase(0),
+                GetDllVersionVxBase(1), GetDllVersionVxBase(2), GetDllVersionVxBase(3));
+    int failures = 0;
+    for (const auto& c : vxhost::Commands()) {
+        if (!c.inTour)
+            continue;
+        vxhost::Args args;
+        args.tour = true;
+        if (c.run(args) != 0) {
+            std::printf("!! step %s failed\n", c.name);
+            ++failures;
+        }
+    }
+    std::printf("\nTour %s.\n", failures ? "finished with failures" : "complete");
+    return failures ? 1 : 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    SortCommands();
+    vxhost::HostFrame frame;
+    frame.Start();
+    int rc;
+    if (argc < 2) {
+        rc = Tour();
+    } else if (!std::strcmp(argv[1], "help") || !std::strcmp(argv[1], "--help")) {
+        rc = Help();
+    } else {
+        rc = 2;
+        bool found = false;
+        for (const auto& c : vxhost::Commands()) {
+            if (!std::strcmp(c.name, argv[1])) {
+                vxhost::Args args;
+                args.words.assign(argv + 2, argv + argc);
+                rc = c.run(args);
+                found = true;
+                break;
+            }
+        }
+        if (!found) {
+            std::fprintf(stderr, "vxhost: unknown command '%s'\n", argv[1]);
+            Help();
+        }
+    }
+    frame.Stop();
+    return rc;
+}

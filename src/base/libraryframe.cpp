@@ -1,0 +1,166 @@
+#include "base/libraryframe.h"
+
+#include "base/displaystate.h"
+#include "base/vxglobals.h"
+#include "base/vxmessagebox.h"
+#include "platform/fileapi.h"
+#include "platform/messagebox.h"
+#include "platform/messagepump.h"
+#include "platform/sysmetrics.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+// The suite's settings directory. The user's configuration folder stands
+// in for the per-user application data folder of the original.
+std::string SuiteDirectory()
+{
+    if (const char* dir = std::getenv("VXBASE_WINDOWS_DIR"); dir && *dir)
+        return dir;
+    if (const char* config = std::getenv("XDG_CONFIG_HOME"); config && *config)
+        return std::string(config) + "/VEXAL";
+    if (const char* home = std::getenv("HOME"); home && *home)
+        return std::string(home) + "/.config/VEXAL";
+    return "/tmp";
+}
+
+int ReadDualMonitorKey(const char*, int defaultValue)
+{
+    return defaultValue;
+}
+
+void CopyCut(char* out, std::size_t size, const std::string& text)
+{
+    const std::size_t n = std::min(text.size(), size - 1);
+    std::memcpy(out, text.data(), n);
+    out[n] = 0;
+}
+
+void AppendCut(char* out, std::size_t size, const char* text)
+{
+    const std::size_t used = std::strlen(out);
+    if (used + 1 >= size)
+        return;
+    std::strncat(out, text, size - used - 1);
+}
+
+} // namespace
+
+CString GetString(int id)
+{
+    CString text;
+    if (!text.LoadString(static_cast<UINT>(id))) {
+        CString message;
+        message.Format("Global error: Missing string %d", id);
+        VxAfxMessageBox(message, MB_OK, 0);
+        return CString();
+    }
+    return text;
+}
+
+void VexalAssert(void* sourcePath, unsigned line)
+{
+    CString text;
+    text.Format("Allgemeiner Fehler: %d Typ: ", static_cast<int>(line));
+    // The file title: between the last separator and the last ".". The
+    // port's source paths use "/", so it counts as a separator too.
+    const CString path(static_cast<const char*>(sourcePath));
+    const int slash = std::max(path.ReverseFind('\\'), path.ReverseFind('/'));
+    const int dot = path.ReverseFind('.');
+    const int start = slash + 1;
+    const int end = dot > slash ? dot : path.GetLength();
+    text += path.Mid(start, end - start);
+    text += "\n\nDas Programm sollte abgebrochen werden";
+    if (VxAfxMessageBox(text, MB_RETRYCANCEL | MB_ICONHAND, 0) == IDRETRY)
+        return;
+    AfxAbort();
+}
+
+unsigned GetSafeTimerID(HWND window, unsigned elapse)
+{
+    if (!IsWindow(window))
+        return 0;
+    for (unsigned id = 31; id <= 99; ++id) {
+        if (const UINT_PTR result = SetTimer(window, id, elapse, nullptr))
+            return static_cast<unsigned>(result);
+    }
+    return 0;
+}
+
+int GetDllVersionVxBase(int part)
+{
+    switch (part) {
+    case 0: return 8;
+    case 1: return 6;
+    case 2: return 5;
+    case 3: return 2;
+    case 4: return -1;
+    default: return 0;
+    }
+}
+
+int SafeSystemMetrics(int index)
+{
+    // The multi-monitor functions always exist here, so the plain metric
+    // answers every index.
+    return GetSystemMetrics(index);
+}
+
+void StartDualMonitor()
+{
+    int enable = ReadDualMonitorKey("Enable", -1);
+    const int vcx = SafeSystemMetrics(SM_CXVIRTUALSCREEN);
+    const int vcy = SafeSystemMetrics(SM_CYVIRTUALSCREEN);
+    const int left = SafeSystemMetrics(SM_XVIRTUALSCREEN);
+    const int top = SafeSystemMetrics(SM_YVIRTUALSCREEN);
+    const int cx = SafeSystemMetrics(SM_CXSCREEN);
+    const int cy = SafeSystemMetrics(SM_CYSCREEN);
+    vx::DisplayState& state = vx::TheDisplayState();
+    state.virtualRect = RECT{left, top, left + vcx, top + vcy};
+    if (enable == -1)
+        enable = 0;
+    if (enable != 0) {
+        int firstCx = ReadDualMonitorKey("First-CX", -1);
+        int firstCy = ReadDualMonitorKey("First-CY", -1);
+        if (firstCx == -1 || firstCy == -1) {
+            firstCx = cx;
+            firstCy = cy;
+        }
+        state.enable = enable;
+        state.first = SIZE{firstCx, firstCy};
+    } else {
+        state.first = SIZE{cx, cy};
+    }
+}
+
+namespace vx {
+
+bool MigrateSuiteFile(const char* oldFile, const char* newFile)
+{
+    if (!CopyFileA(oldFile, newFile, TRUE))
+        return false;
+    DeleteFileA(oldFile);
+    return true;
+}
+
+int AttachLibrary()
+{
+    CopyCut(g_vexalprofiledir, sizeof g_vexalprofiledir, SuiteDirectory());
+    AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "\\");
+    std::memcpy(g_vexalglobalprofiledir, g_vexalprofiledir, sizeof g_vexalglobalprofiledir);
+    AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "VEXAL55.INI");
+    AppendCut(g_vexalglobalprofiledir, sizeof g_vexalglobalprofiledir, "VEXAL.INI");
+    MigrateSuiteFile(g_vexalglobalprofiledir, g_vexalprofiledir);
+    StartDualMonitor();
+    return 1;
+}
+
+void DetachLibrary()
+{
+    ResetMessageQueue();
+}
+
+} // namespace vx
