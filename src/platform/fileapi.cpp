@@ -1,5 +1,6 @@
 #include "platform/fileapi.h"
 
+#include "platform/fileattributes_p.h"
 #include "platform/hostpath.h"
 
 #include <fcntl.h>
@@ -32,8 +33,8 @@ BOOL CopyFileA(const char* existingFile, const char* newFile, BOOL failIfExists)
 {
     if (!existingFile || !newFile)
         return FALSE;
-    const std::string from = vx::HostPath(existingFile);
-    const std::string to = vx::HostPath(newFile);
+    const std::string from = vx::DiskPath(existingFile);
+    const std::string to = vx::DiskPath(newFile);
     const int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
     if (in < 0)
         return FALSE;
@@ -82,7 +83,7 @@ BOOL DeleteFileA(const char* file)
 {
     if (!file)
         return FALSE;
-    const std::string path = vx::HostPath(file);
+    const std::string path = vx::DiskPath(file);
     struct stat st {};
     if (lstat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode))
         return FALSE;
@@ -93,8 +94,15 @@ BOOL MoveFileA(const char* existingFile, const char* newFile)
 {
     if (!existingFile || !newFile)
         return FALSE;
-    const std::string from = vx::HostPath(existingFile);
-    const std::string to = vx::HostPath(newFile);
+    const std::string from = vx::DiskPath(existingFile);
+    std::string to = vx::DiskPath(newFile);
+    if (to == from) {
+        // The same file under another spelling: a change of case, which
+        // the original's file system allowed as a rename.
+        const std::string wanted = vx::HostPath(newFile);
+        to = to.substr(0, to.rfind('/') + 1) + wanted.substr(wanted.rfind('/') + 1);
+        return rename(from.c_str(), to.c_str()) == 0;
+    }
     struct stat st {};
     if (lstat(to.c_str(), &st) == 0)
         return FALSE;
@@ -105,14 +113,14 @@ BOOL CreateDirectoryA(const char* path, void*)
 {
     if (!path)
         return FALSE;
-    return mkdir(vx::HostPath(path).c_str(), 0777) == 0;
+    return mkdir(vx::DiskPath(path).c_str(), 0777) == 0;
 }
 
 BOOL RemoveDirectoryA(const char* path)
 {
     if (!path)
         return FALSE;
-    return rmdir(vx::HostPath(path).c_str()) == 0;
+    return rmdir(vx::DiskPath(path).c_str()) == 0;
 }
 
 DWORD GetFileAttributesA(const char* path)
@@ -120,19 +128,11 @@ DWORD GetFileAttributesA(const char* path)
     if (!path)
         return INVALID_FILE_ATTRIBUTES;
     struct stat st {};
-    const std::string host = vx::HostPath(path);
+    const std::string host = vx::DiskPath(path);
     if (stat(host.c_str(), &st) != 0)
         return INVALID_FILE_ATTRIBUTES;
-    DWORD attributes = 0;
-    if (S_ISDIR(st.st_mode))
-        attributes |= FILE_ATTRIBUTE_DIRECTORY;
-    if (access(host.c_str(), W_OK) != 0)
-        attributes |= FILE_ATTRIBUTE_READONLY;
     const auto slash = host.find_last_of('/');
-    const std::string name = slash == std::string::npos ? host : host.substr(slash + 1);
-    if (!name.empty() && name[0] == '.' && name != "." && name != "..")
-        attributes |= FILE_ATTRIBUTE_HIDDEN;
-    if (attributes == 0)
-        attributes = FILE_ATTRIBUTE_NORMAL;
-    return attributes;
+    const std::string_view name = slash == std::string::npos ? std::string_view(host)
+                                                              : std::string_view(host).substr(slash + 1);
+    return vx::FileAttributesOf(S_ISDIR(st.st_mode), access(host.c_str(), W_OK) == 0, name);
 }

@@ -1,4 +1,6 @@
 // The file operations of the desktop API on path texts (see hostpath.h).
+// Paths go to the disk through vx::DiskPath, so a file is found whatever the
+// case of its name, as on the original's file system.
 //
 //   CopyFileA("C:\\P\\VEXAL.INI", "C:\\P\\VEXAL55.INI", TRUE);
 #pragma once
@@ -11,7 +13,8 @@
 // leaves no half-written target.
 VXBASE_EXPORT BOOL CopyFileA(const char* existingFile, const char* newFile, BOOL failIfExists);
 VXBASE_EXPORT BOOL DeleteFileA(const char* file);
-// Renames a file; fails if the target exists.
+// Renames a file; fails if the target exists, unless it is the same file
+// under another case (a change of case is a rename).
 VXBASE_EXPORT BOOL MoveFileA(const char* existingFile, const char* newFile);
 VXBASE_EXPORT BOOL CreateDirectoryA(const char* path, void* securityAttributes);
 VXBASE_EXPORT BOOL RemoveDirectoryA(const char* path);
