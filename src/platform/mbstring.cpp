@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -191,6 +193,19 @@ char* _ltoa(long value, char* buffer, int radix)
 char* _itoa(int value, char* buffer, int radix)
 {
     return FormatInteger(value, 32, buffer, radix);
+}
+
+int vx::Atoi(const char* text)
+{
+    if (!text)
+        return 0;
+    errno = 0;
+    const long long v = std::strtoll(text, nullptr, 10);
+    if (v > INT_MAX)
+        return INT_MAX;
+    if (v < INT_MIN)
+        return INT_MIN;
+    return static_cast<int>(v);
 }
 
 void _splitpath(const char* path, char* drive, char* dir, char* fname, char* ext)

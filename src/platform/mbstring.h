@@ -43,6 +43,13 @@ VXBASE_EXPORT char* _strlwr(char* text);
 VXBASE_EXPORT char* _itoa(int value, char* buffer, int radix);
 VXBASE_EXPORT char* _ltoa(long value, char* buffer, int radix);
 
+namespace vx {
+// atoi with the original runtime's rule for overflow: a value beyond the
+// range of int gives INT_MAX or INT_MIN (glibc's atoi is undefined there).
+// Leading white space, a sign and digits are read; anything else ends it.
+VXBASE_EXPORT int Atoi(const char* text);
+} // namespace vx
+
 // Splits a path text at the Windows rules: a drive is "X:" at the start, the
 // directory runs to the last "\" or "/", the extension from the last "." of
 // the rest. Any output may be null. Parts longer than their buffer
