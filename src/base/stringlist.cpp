@@ -1,5 +1,7 @@
 #include "base/stringlist.h"
 
+#include "base/separators_p.h"
+
 #include "platform/ccombobox.h"
 #include "platform/mbstring.h"
 
@@ -28,22 +30,18 @@ bool IsBlank(unsigned char c)
 // or false when the whole list is the answer.
 bool ElementRangeForNumber(std::string_view list, int n, char sep, std::size_t& start, std::size_t& end)
 {
-    start = 0;
-    for (int step = 1;; ++step) {
-        const std::size_t hit = list.find(sep, start);
-        const bool last = step == n;
-        if (hit == std::string_view::npos) {
-            if (!last)
-                return false;
-            end = list.size();
-            return true;
-        }
-        if (last) {
-            end = hit;
-            return true;
-        }
-        start = hit + 1;
-    }
+    // A number below 1 never meets its last step: the separators run out
+    // first, which gives the whole list.
+    if (n < 1)
+        return false;
+    std::size_t passed = 0;
+    start = vx::detail::SkipSeparators(list.data(), list.size(), sep, static_cast<std::size_t>(n - 1), passed);
+    if (passed < static_cast<std::size_t>(n - 1))
+        return false;
+    end = list.find(sep, start);
+    if (end == std::string_view::npos)
+        end = list.size();
+    return true;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "base/xstring.h"
 
+#include "base/separators_p.h"
+
 #include "platform/codepage.h"
 #include "platform/mbstring.h"
 
@@ -468,21 +470,13 @@ XString XString::Elements(int from, int to) const
         return XString();
 
     // Pass `from` separators.
-    std::size_t i = 0;
-    for (int k = 0; k < from && i < length; ++k) {
-        const void* hit = std::memchr(base + i, SEP, length - i);
-        i = hit ? static_cast<std::size_t>(static_cast<const char*>(hit) - base) + 1 : length;
-    }
+    std::size_t passed = 0;
+    const std::size_t i = vx::detail::SkipSeparators(base, length, SEP, static_cast<std::size_t>(from), passed);
     // Walk on past up to n separators; n keeps the count still missing.
     std::size_t j = i;
-    while (n > 0 && j < length) {
-        const void* hit = std::memchr(base + j, SEP, length - j);
-        if (!hit) {
-            j = length;
-            break;
-        }
-        j = static_cast<std::size_t>(static_cast<const char*>(hit) - base) + 1;
-        --n;
+    if (n > 0 && i < length) {
+        j = i + vx::detail::SkipSeparators(base + i, length - i, SEP, static_cast<std::size_t>(n), passed);
+        n -= static_cast<int>(passed);
     }
     // Step back off the last separator passed.
     if (j > 0 && (j != length || n == 0))

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <vector>
 
 TEST(StringList, CountsElements)
 {
@@ -238,4 +239,17 @@ TEST(ComboHelpers, TreatTheComboAsAMapFromItemData)
     EXPECT_EQ(FindComboItem(nullptr, 1), -1);
     EXPECT_EQ(RemoveFromCombo(nullptr, 1), 0);
     AddToCombo(nullptr, 1, "x");
+}
+
+TEST(StringList, LongListsReadTheSameAcrossBlockBoundaries)
+{
+    CString list;
+    std::vector<CString> pieces;
+    for (int i = 0; i < 500; ++i) {
+        pieces.emplace_back(static_cast<char>('A' + i % 26), 1 + i * 5 % 11);
+        AddStringToList(list, pieces.back(), ';');
+    }
+    for (int n = 1; n <= 500; ++n)
+        ASSERT_EQ(GetSubString(n, list, ';'), pieces[static_cast<std::size_t>(n - 1)]) << n;
+    EXPECT_EQ(GetSubString(501, list, ';'), list);
 }

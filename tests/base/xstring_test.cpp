@@ -236,3 +236,27 @@ TEST_F(XStringTest, DoubleFormatStringFitsTheSample)
     EXPECT_EQ(XString("1.2.3").GetDoubleFormatString(), "%5.3lf");
     EXPECT_EQ(XString("").GetDoubleFormatString(), "%0.0lf");
 }
+
+TEST_F(XStringTest, LongListsReadTheSameAcrossBlockBoundaries)
+{
+    // Elements of varying length, some empty, so that separators fall at
+    // every offset of the scanner's blocks; one separator of 0x80 and above.
+    for (char sep : {'|', '\xA7'}) {
+        std::vector<std::string> pieces;
+        std::string text;
+        for (int i = 0; i < 700; ++i) {
+            pieces.push_back(std::string(static_cast<std::size_t>(i * 7 % 13), static_cast<char>('a' + i % 26)));
+            if (i)
+                text += sep;
+            text += pieces.back();
+        }
+        const XString list(text.c_str());
+        for (int i = 0; i < 702; ++i) {
+            SCOPED_TRACE(i);
+            const std::string want = i < 700 ? pieces[static_cast<std::size_t>(i)] : "";
+            ASSERT_EQ(std::string(list.Element(i, sep).GetString()), want);
+        }
+        EXPECT_EQ(std::string(list.Elements(698, 701, sep).GetString()),
+                  pieces[698] + sep + pieces[699] + sep + sep);
+    }
+}
