@@ -1,6 +1,6 @@
 #include "xml/kxmlout.h"
 
-#include "platform/fileapi.h"
+#include "platform/filefind.h"
 #include "platform/hostpath.h"
 
 #include <new>
@@ -38,8 +38,11 @@ int KXmlOut::Open(const char* rootName, const char* file, int overwrite)
     CString fullName = file ? CString(file) : m_Directory + m_FileName;
     fullName += ".XML";
 
-    if (!overwrite && GetFileAttributesA(fullName) != INVALID_FILE_ATTRIBUTES)
-        return 0;
+    if (!overwrite) {
+        CFileFind finder;
+        if (finder.FindFile(fullName))
+            return 0;
+    }
 
     TiXmlDocument* document = new (std::nothrow) TiXmlDocument(fullName.GetString());
     if (!document)
@@ -93,7 +96,7 @@ int KXmlOut::Save()
     int result = 0;
     if (m_pDocument && m_Elements.GetSize() > 0) {
         m_pDocument->InsertEndChild(*m_Elements[0]);
-        result = m_pDocument->SaveFile(vx::HostPath(m_FullName.View()).c_str()) ? 1 : 0;
+        result = m_pDocument->SaveFile(vx::DiskPath(m_FullName.View()).c_str()) ? 1 : 0;
     }
     Discard();
     return result;

@@ -6,7 +6,7 @@
 
 xmlwriter::xmlwriter(std::string fileName) : m_FileName(std::move(fileName))
 {
-    if (FILE* file = std::fopen(vx::HostPath(m_FileName).c_str(), "w")) {
+    if (FILE* file = std::fopen(vx::DiskPath(m_FileName).c_str(), "w")) {
         m_File.reset(file, [](FILE* f) { std::fclose(f); });
         std::fprintf(file, "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>");
     } else {

@@ -1,5 +1,6 @@
 #include "xml/kxmlout.h"
 #include "platform/hostpath.h"
+#include "support/tempdir.h"
 #include "xmltestutil.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,7 @@
 #include <filesystem>
 
 using xmltest::ReadFile;
-using xmltest::TempDir;
+using vxtest::TempDir;
 
 namespace {
 
@@ -36,25 +37,25 @@ TEST(KXmlOut, WritesTheTreeInIso88591WithEscapedText)
     out.End();
     EXPECT_EQ(1, out.Save());
 
-    EXPECT_EQ(xmltest::Golden("kxmlout.xml"), ReadFile(dir / "projekt.XML"));
+    EXPECT_EQ(xmltest::Golden("kxmlout.xml"), ReadFile(dir.Path("projekt.XML")));
 }
 
 TEST(KXmlOut, AppendsXmlSuffixEvenAfterAnExtension)
 {
     TempDir dir;
     KXmlOut out;
-    ASSERT_EQ(1, out.Open("R", (dir / "a.xml").c_str(), 1));
+    ASSERT_EQ(1, out.Open("R", (dir.Path("a.xml")).c_str(), 1));
     EXPECT_EQ(1, out.Save());
-    EXPECT_TRUE(std::filesystem::exists(dir / "a.xml.XML"));
-    EXPECT_FALSE(std::filesystem::exists(dir / "a.xml"));
-    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(dir / "a.xml.XML"));
+    EXPECT_TRUE(std::filesystem::exists(dir.Path("a.xml.XML")));
+    EXPECT_FALSE(std::filesystem::exists(dir.Path("a.xml")));
+    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(dir.Path("a.xml.XML")));
 }
 
 TEST(KXmlOut, ReplacesUmlautsInElementNamesOnly)
 {
     KXmlOut out;
     TempDir dir;
-    ASSERT_EQ(1, out.Open("R", (dir / "u").c_str(), 1));
+    ASSERT_EQ(1, out.Open("R", (dir.Path("u")).c_str(), 1));
     // All seven bytes; other bytes above 0x7F stay.
     EXPECT_STREQ("Gr__e", out.Begin("Gr\xF6\xDF" "e")->Value());
     EXPECT_STREQ("_______x\xE9", out.Begin("\xE4\xF6\xFC\xC4\xD6\xDC\xDFx\xE9")->Value());
@@ -66,7 +67,7 @@ TEST(KXmlOut, ReplacesUmlautsInElementNamesOnly)
 TEST(KXmlOut, KeepsAnExistingFileUnlessToldToOverwrite)
 {
     TempDir dir;
-    std::string file = dir / "keep";
+    std::string file = dir.Path("keep");
     {
         std::ofstream(file + ".XML") << "old";
     }
@@ -81,33 +82,46 @@ TEST(KXmlOut, KeepsAnExistingFileUnlessToldToOverwrite)
     EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(file + ".XML"));
 }
 
+TEST(KXmlOut, NamesMatchFilesOnDiskWithoutRegardToCase)
+{
+    TempDir dir;
+    dir.Write("PLAN.xml", "old");
+    KXmlOut out;
+    EXPECT_EQ(0, out.Open("R", dir.Path("Plan").c_str(), 0));
+    EXPECT_EQ(1, out.Open("R", dir.Path("Plan").c_str(), 1));
+    EXPECT_EQ(1, out.Save());
+    // The file keeps its spelling and gets the new content.
+    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(dir.Path("PLAN.xml")));
+    EXPECT_FALSE(dir.Exists("Plan.XML"));
+}
+
 TEST(KXmlOut, RefusedOpenLeavesTheOpenDocumentAlone)
 {
     TempDir dir;
     {
-        std::ofstream(dir / "exists.XML") << "old";
+        std::ofstream(dir.Path("exists.XML")) << "old";
     }
     KXmlOut out;
-    ASSERT_EQ(1, out.Open("First", (dir / "first").c_str(), 1));
+    ASSERT_EQ(1, out.Open("First", (dir.Path("first")).c_str(), 1));
     out.Begin("Kept");
-    EXPECT_EQ(0, out.Open("Second", (dir / "exists").c_str(), 0));
+    EXPECT_EQ(0, out.Open("Second", (dir.Path("exists")).c_str(), 0));
     EXPECT_STREQ("Kept", out.GetLast()->Value());
     out.End();
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<First>\n    <Kept />\n</First>\n", ReadFile(dir / "first.XML"));
+    EXPECT_EQ(std::string(kDeclaration) + "<First>\n    <Kept />\n</First>\n", ReadFile(dir.Path("first.XML")));
 }
 
 TEST(KXmlOut, SaveLeavesOutElementsStillOpen)
 {
     TempDir dir;
     KXmlOut out;
-    ASSERT_EQ(1, out.Open("R", (dir / "open").c_str(), 1));
+    ASSERT_EQ(1, out.Open("R", (dir.Path("open")).c_str(), 1));
     out.Begin("Closed");
     out.End();
     out.Begin("Open")->SetAttribute("a", 1);
     out.Begin("Inner");
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <Closed />\n</R>\n", ReadFile(dir / "open.XML"));
+    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <Closed />\n</R>\n", ReadFile(dir.Path("open.XML")));
     // Save ended the document.
     EXPECT_EQ(nullptr, out.GetLast());
     EXPECT_EQ(0, out.Save());
@@ -117,47 +131,47 @@ TEST(KXmlOut, EndNeverClosesTheRoot)
 {
     TempDir dir;
     KXmlOut out;
-    ASSERT_EQ(1, out.Open("R", (dir / "root").c_str(), 1));
+    ASSERT_EQ(1, out.Open("R", (dir.Path("root")).c_str(), 1));
     EXPECT_EQ(1, out.End());
     EXPECT_EQ(1, out.End());
     EXPECT_STREQ("R", out.GetLast()->Value());
     out.Begin("A");
     out.End();
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <A />\n</R>\n", ReadFile(dir / "root.XML"));
+    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <A />\n</R>\n", ReadFile(dir.Path("root.XML")));
 }
 
 TEST(KXmlOut, OpensAgainAfterSaveAndDropsAnUnsavedDocument)
 {
     TempDir dir;
     KXmlOut out;
-    ASSERT_EQ(1, out.Open("One", (dir / "one").c_str(), 1));
+    ASSERT_EQ(1, out.Open("One", (dir.Path("one")).c_str(), 1));
     out.Begin("Lost");
-    ASSERT_EQ(1, out.Open("Two", (dir / "two").c_str(), 1));
+    ASSERT_EQ(1, out.Open("Two", (dir.Path("two")).c_str(), 1));
     out.Begin("B");
     out.End();
     EXPECT_EQ(1, out.Save());
-    EXPECT_FALSE(std::filesystem::exists(dir / "one.XML"));
-    EXPECT_EQ(std::string(kDeclaration) + "<Two>\n    <B />\n</Two>\n", ReadFile(dir / "two.XML"));
+    EXPECT_FALSE(std::filesystem::exists(dir.Path("one.XML")));
+    EXPECT_EQ(std::string(kDeclaration) + "<Two>\n    <B />\n</Two>\n", ReadFile(dir.Path("two.XML")));
 
-    ASSERT_EQ(1, out.Open("Three", (dir / "three").c_str(), 1));
+    ASSERT_EQ(1, out.Open("Three", (dir.Path("three")).c_str(), 1));
     EXPECT_EQ(1, out.Save());
-    EXPECT_TRUE(std::filesystem::exists(dir / "three.XML"));
+    EXPECT_TRUE(std::filesystem::exists(dir.Path("three.XML")));
 
     // An unsaved document is dropped with the object, and writes nothing.
     {
         KXmlOut unsaved;
-        unsaved.Open("Four", (dir / "four").c_str(), 1);
+        unsaved.Open("Four", (dir.Path("four")).c_str(), 1);
         unsaved.Begin("X");
     }
-    EXPECT_FALSE(std::filesystem::exists(dir / "four.XML"));
+    EXPECT_FALSE(std::filesystem::exists(dir.Path("four.XML")));
 }
 
 TEST(KXmlOut, SaveFailsWhereTheFileCannotBeWritten)
 {
     TempDir dir;
     KXmlOut out;
-    ASSERT_EQ(1, out.Open("R", (dir / "missing/sub/file").c_str(), 1));
+    ASSERT_EQ(1, out.Open("R", (dir.Path("missing/sub/file")).c_str(), 1));
     EXPECT_EQ(0, out.Save());
     EXPECT_EQ(0, out.Save());
 }
@@ -165,12 +179,12 @@ TEST(KXmlOut, SaveFailsWhereTheFileCannotBeWritten)
 TEST(KXmlOut, FileNameIsAPathText)
 {
     TempDir dir;
-    std::filesystem::create_directory(dir.Path() / "Plan");
-    vx::SetDriveRoot('Q', dir.Path().string());
+    dir.MakeDir("Plan");
+    vx::SetDriveRoot('Q', dir.Path());
     KXmlOut out;
     out.SetPath("Q:\\Plan\\", "Liste");
     ASSERT_EQ(1, out.Open("R", nullptr, 1));
     EXPECT_EQ(1, out.Save());
     vx::SetDriveRoot('Q', "");
-    EXPECT_TRUE(std::filesystem::exists(dir.Path() / "Plan" / "Liste.XML"));
+    EXPECT_TRUE(std::filesystem::exists(dir.Path("Plan/Liste.XML")));
 }

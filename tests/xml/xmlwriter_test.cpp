@@ -1,4 +1,5 @@
 #include "xml/xmlwriter.h"
+#include "support/tempdir.h"
 #include "xmltestutil.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +7,7 @@
 #include <filesystem>
 
 using xmltest::ReadFile;
-using xmltest::TempDir;
+using vxtest::TempDir;
 
 namespace {
 
@@ -18,19 +19,19 @@ TEST(xmlwriter, WritesMarkupUnescaped)
 {
     TempDir dir;
     {
-        xmlwriter w(dir / "a.xml");
+        xmlwriter w(dir.Path("a.xml"));
         w.Createtag("a");
         w.CreateChild("b", "x<y");
         w.CloseLasttag();
     }
-    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>x<y</b>\n</a>", ReadFile(dir / "a.xml"));
+    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>x<y</b>\n</a>", ReadFile(dir.Path("a.xml")));
 }
 
 TEST(xmlwriter, WritesAttributesInReverseOrder)
 {
     TempDir dir;
     {
-        xmlwriter w(dir / "t.xml");
+        xmlwriter w(dir.Path("t.xml"));
         w.AddAtributes("a", "1");
         w.AddAtributes("b", "2");
         w.Createtag("t");
@@ -40,14 +41,14 @@ TEST(xmlwriter, WritesAttributesInReverseOrder)
         w.CreateChild("v", "w");
         w.CloseAlltags();
     }
-    EXPECT_EQ(kDeclaration + "\n<t b=\"2\" a=\"1\">\n\t<u c=\"3&4\"></u>\n\t<v>w</v>\n</t>", ReadFile(dir / "t.xml"));
+    EXPECT_EQ(kDeclaration + "\n<t b=\"2\" a=\"1\">\n\t<u c=\"3&4\"></u>\n\t<v>w</v>\n</t>", ReadFile(dir.Path("t.xml")));
 }
 
 TEST(xmlwriter, WritesTheGoldenDocument)
 {
     TempDir dir;
     {
-        xmlwriter w(dir / "golden.xml");
+        xmlwriter w(dir.Path("golden.xml"));
         w.AddComment(" exported by VxBase ");
         w.AddAtributes("name", "Anlage 1");
         w.AddAtributes("version", "5.5");
@@ -65,50 +66,50 @@ TEST(xmlwriter, WritesTheGoldenDocument)
         w.Createtag("sheet");
         w.CloseAlltags();
     }
-    EXPECT_EQ(xmltest::Golden("xmlwriter.xml"), ReadFile(dir / "golden.xml"));
+    EXPECT_EQ(xmltest::Golden("xmlwriter.xml"), ReadFile(dir.Path("golden.xml")));
 }
 
 TEST(xmlwriter, OverwritesAnExistingFile)
 {
     TempDir dir;
     {
-        std::ofstream(dir / "o.xml") << "an older and much longer content";
+        std::ofstream(dir.Path("o.xml")) << "an older and much longer content";
     }
     {
-        xmlwriter w(dir / "o.xml");
+        xmlwriter w(dir.Path("o.xml"));
         w.CreateChild("x", "1");
     }
-    EXPECT_EQ(kDeclaration + "\n<x>1</x>", ReadFile(dir / "o.xml"));
+    EXPECT_EQ(kDeclaration + "\n<x>1</x>", ReadFile(dir.Path("o.xml")));
 }
 
 TEST(xmlwriter, LeavesTagsOpenThatTheCallerLeftOpen)
 {
     TempDir dir;
     {
-        xmlwriter w(dir / "open.xml");
+        xmlwriter w(dir.Path("open.xml"));
         w.Createtag("a");
         w.Createtag("b");
         w.CloseLasttag();
     }
-    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>\n\t</b>", ReadFile(dir / "open.xml"));
+    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>\n\t</b>", ReadFile(dir.Path("open.xml")));
 }
 
 TEST(xmlwriter, ClosingWithNoOpenTagWritesNothing)
 {
     TempDir dir;
     {
-        xmlwriter w(dir / "c.xml");
+        xmlwriter w(dir.Path("c.xml"));
         w.CloseLasttag();
         w.CloseAlltags();
         w.CreateChild("a", "1");
     }
-    EXPECT_EQ(kDeclaration + "\n<a>1</a>", ReadFile(dir / "c.xml"));
+    EXPECT_EQ(kDeclaration + "\n<a>1</a>", ReadFile(dir.Path("c.xml")));
 }
 
 TEST(xmlwriter, FileThatCannotBeOpenedGetsNothing)
 {
     TempDir dir;
-    std::string path = dir / "missing/x.xml";
+    std::string path = dir.Path("missing/x.xml");
     testing::internal::CaptureStdout();
     {
         xmlwriter w(path);
@@ -129,7 +130,7 @@ TEST(xmlwriter, CopiesWriteIntoTheSameFile)
 {
     TempDir dir;
     {
-        xmlwriter w(dir / "copy.xml");
+        xmlwriter w(dir.Path("copy.xml"));
         EXPECT_TRUE(w.IsOpen());
         w.Createtag("a");
         {
@@ -140,10 +141,10 @@ TEST(xmlwriter, CopiesWriteIntoTheSameFile)
         // The copy is gone, the file is still open, and the original's
         // own tag is still open.
         w.CreateChild("c", "2");
-        xmlwriter other(dir / "other.xml");
+        xmlwriter other(dir.Path("other.xml"));
         other = w;
         other.CloseAlltags();
     }
-    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>1</b>\n</a>\n\t<c>2</c>\n</a>", ReadFile(dir / "copy.xml"));
-    EXPECT_EQ(kDeclaration, ReadFile(dir / "other.xml"));
+    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>1</b>\n</a>\n\t<c>2</c>\n</a>", ReadFile(dir.Path("copy.xml")));
+    EXPECT_EQ(kDeclaration, ReadFile(dir.Path("other.xml")));
 }
