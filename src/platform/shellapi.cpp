@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -33,6 +34,37 @@ bool MoveToTrash(const std::string& hostPath)
 int RemoveOne(const char* path, const struct stat*, int, struct FTW*)
 {
     return remove(path);
+}
+
+// A file system root, a mount point or the root of a drive is never
+// removed, whatever the path text: the original's shell refused a drive
+// root, and "\\" or "C:" map to "/" here.
+bool IsProtected(const std::string& hostPath, const char* pathText)
+{
+    char* real = realpath(hostPath.c_str(), nullptr);
+    if (!real)
+        return false; // a dangling link: only the link goes
+    const std::string resolved = real;
+    std::free(real);
+    if (resolved == "/")
+        return true;
+    struct stat self {}, parent {};
+    if (stat(resolved.c_str(), &self) != 0)
+        return true;
+    if (S_ISDIR(self.st_mode)) {
+        if (stat((resolved + "/..").c_str(), &parent) != 0)
+            return true;
+        if (self.st_dev != parent.st_dev || self.st_ino == parent.st_ino)
+            return true;
+    }
+    if (pathText[0] && pathText[1] == ':') {
+        char* root = realpath(vx::DriveRoot(pathText[0]).c_str(), nullptr);
+        const bool same = root && resolved == root;
+        std::free(root);
+        if (same)
+            return true;
+    }
+    return false;
 }
 
 bool RemoveForGood(const std::string& hostPath)
@@ -80,13 +112,15 @@ int SHFileOperationA(SHFILEOPSTRUCTA* op)
     op->fAnyOperationsAborted = FALSE;
     const bool undo = (op->fFlags & FOF_ALLOWUNDO) != 0;
     const bool filesOnly = (op->fFlags & FOF_FILESONLY) != 0;
+    if (!*op->pFrom)
+        return kErrorFileNotFound;
     int result = 0;
     for (const char* p = op->pFrom; *p; p += std::strlen(p) + 1) {
         const std::vector<std::string> paths = Expand(p, filesOnly);
         if (paths.empty() && result == 0)
             result = kErrorFileNotFound;
         for (const std::string& host : paths) {
-            const bool ok = undo ? MoveToTrash(host) : RemoveForGood(host);
+            const bool ok = !IsProtected(host, p) && (undo ? MoveToTrash(host) : RemoveForGood(host));
             if (!ok)
                 result = kErrorAccessDenied;
         }

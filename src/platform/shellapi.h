@@ -44,7 +44,8 @@ struct SHFILEOPSTRUCTA {
 // match goes, directories too unless FOF_FILESONLY); a directory goes with
 // its content. With FOF_ALLOWUNDO each goes to the Trash instead; a file the
 // Trash cannot take (no Trash on its file system, say) is kept, and the
-// call fails. No dialog is ever shown, whatever the flags.
+// call fails. A file system root, a mount point or the root of a drive is
+// never removed. No dialog is ever shown, whatever the flags.
 // Returns 0 when everything went, else an error code (2 when a path names
 // nothing, 5 when one could not be removed). Other operations are not
 // supported and return 1.

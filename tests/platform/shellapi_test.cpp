@@ -1,3 +1,4 @@
+#include "platform/hostpath.h"
 #include "platform/shellapi.h"
 
 #include "support/tempdir.h"
@@ -9,19 +10,6 @@
 #include <string>
 
 namespace {
-
-// The Trash of this test process: GLib reads the data directory once, so
-// every test here shares one, set before the first call.
-vxtest::TempDir& DataHome()
-{
-    static vxtest::TempDir home;
-    static const bool set = [] {
-        setenv("XDG_DATA_HOME", home.Path().c_str(), 1);
-        return true;
-    }();
-    (void)set;
-    return home;
-}
 
 int Delete(const std::string& list, FILEOP_FLAGS extra)
 {
@@ -42,7 +30,7 @@ std::string ReadAll(const std::string& path)
 
 TEST(SHFileOperation, UndoMovesToTheTrashWithItsInfoFile)
 {
-    vxtest::TempDir& home = DataHome();
+    const vxtest::TempDir& home = vxtest::DataHome();
     vxtest::TempDir dir;
     dir.Write("plan.0012", "page");
     ASSERT_EQ(Delete(dir.Path("plan.0012") + std::string(1, '\0'), FOF_ALLOWUNDO), 0);
@@ -56,7 +44,7 @@ TEST(SHFileOperation, UndoMovesToTheTrashWithItsInfoFile)
 
 TEST(SHFileOperation, WithoutUndoDeletesWildcardsAndDirectories)
 {
-    DataHome();
+    vxtest::DataHome();
     vxtest::TempDir dir;
     dir.Write("a.bak");
     dir.Write("b.BAK");
@@ -82,4 +70,21 @@ TEST(SHFileOperation, WithoutUndoDeletesWildcardsAndDirectories)
     copy.pFrom = "x\0";
     EXPECT_EQ(SHFileOperationA(&copy), 1);
     EXPECT_EQ(SHFileOperationA(nullptr), 1);
+}
+
+TEST(SHFileOperation, NeverRemovesARootOrADriveRoot)
+{
+    vxtest::DataHome();
+    vxtest::TempDir dir;
+    dir.MakeDir("sub");
+    dir.Write("sub/f");
+    vx::SetDriveRoot('P', dir.Path());
+    for (const char* text : {"P:\\", "P:", "P:\\sub\\..", "P:\\."}) {
+        SCOPED_TRACE(text);
+        EXPECT_NE(Delete(std::string(text) + '\0', 0), 0);
+        EXPECT_NE(Delete(std::string(text) + '\0', FOF_ALLOWUNDO), 0);
+        EXPECT_TRUE(dir.Exists("sub/f"));
+    }
+    vx::SetDriveRoot('P', "");
+    EXPECT_NE(Delete(std::string(1, '\0'), 0), 0) << "an empty list names nothing";
 }

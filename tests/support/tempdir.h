@@ -17,6 +17,13 @@
 
 namespace vxtest {
 
+// True if the host path exists (a dangling link counts).
+inline bool PathExists(const std::string& hostPath)
+{
+    struct stat st {};
+    return lstat(hostPath.c_str(), &st) == 0;
+}
+
 class TempDir {
 public:
     TempDir()
@@ -53,11 +60,7 @@ public:
         std::ofstream(Path(name), std::ios::binary) << content;
     }
     void MakeDir(const std::string& name) const { std::filesystem::create_directories(Path(name)); }
-    bool Exists(const std::string& name) const
-    {
-        struct stat st {};
-        return lstat(Path(name).c_str(), &st) == 0;
-    }
+    bool Exists(const std::string& name) const { return PathExists(Path(name)); }
     // Sets the last write time of `name` to `when` (seconds since 1970).
     void SetWriteTime(const std::string& name, std::time_t when) const
     {
@@ -68,5 +71,17 @@ public:
 private:
     std::string m_path;
 };
+
+// The user data directory of this test process, in a temporary directory,
+// so that the Trash lands there and not in the real home. GLib reads the
+// variable once, so every test of a process shares this one; call it before
+// anything moves a file to the Trash.
+inline const TempDir& DataHome()
+{
+    static const TempDir home;
+    static const bool set = setenv("XDG_DATA_HOME", home.Path().c_str(), 1) == 0;
+    (void)set;
+    return home;
+}
 
 } // namespace vxtest
