@@ -1,6 +1,7 @@
 #include "pages/kvxpath.h"
 #include "platform/hostpath.h"
 
+#include "support/printers.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 #include "platform/hostpath.h"
 
 #include "pages/testhost.h"
+#include "support/printers.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
