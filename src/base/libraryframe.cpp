@@ -3,6 +3,7 @@
 #include "base/displaystate.h"
 #include "base/vxglobals.h"
 #include "base/vxmessagebox.h"
+#include "platform/extensionmodule.h"
 #include "platform/fileapi.h"
 #include "platform/messagebox.h"
 #include "platform/messagepump.h"
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -25,6 +27,15 @@ std::string SuiteDirectory()
     if (const char* home = std::getenv("HOME"); home && *home)
         return std::string(home) + "/.config/VEXAL";
     return "/tmp";
+}
+
+HINSTANCE g_instance = nullptr;
+AFX_EXTENSION_MODULE g_module;
+
+std::vector<void (*)()>& DetachHandlers()
+{
+    static std::vector<void (*)()> handlers;
+    return handlers;
 }
 
 int ReadDualMonitorKey(const char*, int defaultValue)
@@ -137,6 +148,20 @@ void StartDualMonitor()
 }
 
 namespace vx {
+int Attach(HINSTANCE instance);
+void Detach();
+} // namespace vx
+
+int DllMain(HINSTANCE instance, DWORD reason, void*)
+{
+    if (reason == DLL_PROCESS_ATTACH)
+        return vx::Attach(instance);
+    if (reason == DLL_PROCESS_DETACH)
+        vx::Detach();
+    return 1;
+}
+
+namespace vx {
 
 bool MigrateSuiteFile(const char* oldFile, const char* newFile)
 {
@@ -148,6 +173,27 @@ bool MigrateSuiteFile(const char* oldFile, const char* newFile)
 
 int AttachLibrary()
 {
+    return DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
+}
+
+void DetachLibrary()
+{
+    DllMain(nullptr, DLL_PROCESS_DETACH, nullptr);
+}
+
+void AtLibraryDetach(void (*handler)())
+{
+    if (handler)
+        DetachHandlers().push_back(handler);
+}
+
+int Attach(HINSTANCE instance)
+{
+    g_instance = instance;
+    // A second attach without a detach finds the module initialised; the
+    // original would fail the load there, the port only repeats the file
+    // steps.
+    AfxInitExtensionModule(g_module, static_cast<HMODULE>(instance));
     CopyCut(g_vexalprofiledir, sizeof g_vexalprofiledir, SuiteDirectory());
     AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "\\");
     std::memcpy(g_vexalglobalprofiledir, g_vexalprofiledir, sizeof g_vexalglobalprofiledir);
@@ -158,8 +204,13 @@ int AttachLibrary()
     return 1;
 }
 
-void DetachLibrary()
+void Detach()
 {
+    auto& handlers = DetachHandlers();
+    for (auto it = handlers.rbegin(); it != handlers.rend(); ++it)
+        (*it)();
+    handlers.clear();
+    AfxTermExtensionModule(g_module);
     ResetMessageQueue();
 }
 

@@ -40,15 +40,30 @@ VXBASE_EXPORT void StartDualMonitor();
 // display when the system has no multi-monitor support.
 VXBASE_EXPORT int SafeSystemMetrics(int index);
 
+// The reasons of the library entry.
+constexpr DWORD DLL_PROCESS_DETACH = 0;
+constexpr DWORD DLL_PROCESS_ATTACH = 1;
+constexpr DWORD DLL_THREAD_ATTACH = 2;
+constexpr DWORD DLL_THREAD_DETACH = 3;
+
+// The library entry: attach and detach run the steps below; the thread
+// reasons do nothing. Returns 1.
+VXBASE_EXPORT int DllMain(HINSTANCE instance, DWORD reason, void* reserved);
+
 namespace vx {
 
-// The attach path: fills g_vexalprofiledir and g_vexalglobalprofiledir,
-// promotes "VEXAL.INI" to "VEXAL55.INI", and runs StartDualMonitor.
-// Returns 1. A second call does the work again (after a test changed the
-// environment, say).
+// The attach path, DllMain with DLL_PROCESS_ATTACH: fills
+// g_vexalprofiledir and g_vexalglobalprofiledir, promotes "VEXAL.INI" to
+// "VEXAL55.INI", and runs StartDualMonitor. Returns 1. A second call
+// without a detach in between does the file steps again (after a test
+// changed the environment, say).
 VXBASE_EXPORT int AttachLibrary();
-// The detach path.
+// The detach path, DllMain with DLL_PROCESS_DETACH: runs the handlers
+// added with AtLibraryDetach (last added first), ends the module.
 VXBASE_EXPORT void DetachLibrary();
+// Adds work for the detach path (the window classes delete their shared
+// brushes there).
+VXBASE_EXPORT void AtLibraryDetach(void (*handler)());
 // Copies `oldFile` to `newFile` unless `newFile` exists, and deletes
 // `oldFile` only if the copy succeeded. Returns whether it moved.
 VXBASE_EXPORT bool MigrateSuiteFile(const char* oldFile, const char* newFile);

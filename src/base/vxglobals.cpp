@@ -1,15 +1,22 @@
 #include "base/vxglobals.h"
 
 #include "platform/sysmetrics.h"
+#include "platform/sysversion.h"
+
+#include <cstdio>
 #include "platform/windows.h"
 
 namespace {
 
 Win32Type ComputeShell()
 {
-    // The Windows version test has no meaning here; the port behaves as
-    // the newest system class.
-    return WinXP;
+    OSVERSIONINFOA info{};
+    info.dwOSVersionInfoSize = sizeof info;
+    if (!GetVersionExA(&info)) {
+        std::fprintf(stderr, "vxbase: the system version is unknown\n");
+        return WinXP;
+    }
+    return vx::ClassifySystem(info.dwPlatformId == VER_PLATFORM_WIN32_NT, info.dwMajorVersion, info.dwMinorVersion);
 }
 
 int ComputeRemoteSession()
@@ -18,6 +25,26 @@ int ComputeRemoteSession()
 }
 
 } // namespace
+
+Win32Type vx::ClassifySystem(bool nt, unsigned major, unsigned minor)
+{
+    if (nt) {
+        if (major < 4)
+            return WinNT3;
+        if (major == 4)
+            return WinNT4;
+        if (major == 5 && minor == 0)
+            return Win2000;
+        return WinXP;
+    }
+    if (major < 4)
+        return Win32s;
+    if (major == 4 && minor == 10)
+        return Win98;
+    if (major == 4 && minor == 90)
+        return WinME;
+    return Win95;
+}
 
 CMDIFrameWnd* g_pDLLMainframe = nullptr;
 MainframeType g_MainframeType = MainframeAT;

@@ -31,6 +31,12 @@ enum Win32Type {
     WinXP = 7,
 };
 
+namespace vx {
+// The system class of a version: `nt` for the NT family, else the high bit
+// of GetVersion was set.
+VXBASE_EXPORT Win32Type ClassifySystem(bool nt, unsigned major, unsigned minor);
+} // namespace vx
+
 // The message by which the library asks its host (WM_USER + 5).
 constexpr UINT WM_VXBASE = 0x405;
 

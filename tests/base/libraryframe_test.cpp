@@ -279,3 +279,36 @@ TEST_F(Migration, ExistingNewFileIsNeverOverwritten)
     EXPECT_FALSE(vx::MigrateSuiteFile(oldFile.c_str(), newFile.c_str()));
     EXPECT_EQ(Read(newFile), "new");
 }
+
+TEST(SystemClass, FollowsTheVersionTable)
+{
+    EXPECT_EQ(vx::ClassifySystem(false, 3, 95), Win32s);
+    EXPECT_EQ(vx::ClassifySystem(true, 3, 51), WinNT3);
+    EXPECT_EQ(vx::ClassifySystem(false, 4, 0), Win95);
+    EXPECT_EQ(vx::ClassifySystem(false, 5, 0), Win95) << "a major other than 4 in the old family";
+    EXPECT_EQ(vx::ClassifySystem(false, 4, 10), Win98);
+    EXPECT_EQ(vx::ClassifySystem(false, 4, 90), WinME);
+    EXPECT_EQ(vx::ClassifySystem(true, 4, 0), WinNT4);
+    EXPECT_EQ(vx::ClassifySystem(true, 5, 0), Win2000);
+    EXPECT_EQ(vx::ClassifySystem(true, 5, 1), WinXP);
+    EXPECT_EQ(vx::ClassifySystem(true, 6, 0), WinXP);
+    EXPECT_GE(vx::ClassifySystem(true, 10, 0), Win2000);
+}
+
+namespace {
+std::vector<int> g_detachOrder;
+} // namespace
+
+TEST(LibraryEntry, DetachRunsHandlersLastAddedFirst)
+{
+    g_detachOrder.clear();
+    vx::AtLibraryDetach([] { g_detachOrder.push_back(1); });
+    vx::AtLibraryDetach([] { g_detachOrder.push_back(2); });
+    vx::AtLibraryDetach(nullptr);
+    EXPECT_EQ(DllMain(nullptr, DLL_THREAD_ATTACH, nullptr), 1);
+    EXPECT_TRUE(g_detachOrder.empty()) << "thread reasons do nothing";
+    vx::DetachLibrary();
+    EXPECT_EQ(g_detachOrder, (std::vector<int>{2, 1}));
+    vx::DetachLibrary();
+    EXPECT_EQ(g_detachOrder.size(), 2u) << "handlers run once";
+}
