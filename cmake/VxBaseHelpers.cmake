@@ -47,6 +47,9 @@ endfunction()
 # vx_header_check(<target> <library> <root> <header>...): an object library
 # with one translation unit per header, proving that each compiles alone.
 function(vx_header_check target library root)
+    if(NOT VXBASE_HEADER_CHECK)
+        return()
+    endif()
     set(units "")
     foreach(h IN LISTS ARGN)
         file(RELATIVE_PATH rel ${root} ${h})
