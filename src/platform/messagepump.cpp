@@ -76,7 +76,7 @@ void SyncSignalsLocked(Queue& q)
     }
     while (read(q.tfd, &count, sizeof count) > 0) {
     }
-    itimerspec spec{};
+    itimerspec due{};
     if (!q.timers.empty()) {
         const auto earliest =
             std::min_element(q.timers.begin(), q.timers.end(), [](const Timer& a, const Timer& b) { return a.due < b.due; })
@@ -84,10 +84,10 @@ void SyncSignalsLocked(Queue& q)
         const auto ns = std::chrono::duration_cast<std::chrono::nanoseconds>(earliest.time_since_epoch()).count();
         // A due time in the past fires at once; zero would disarm the timer.
         const long long at = std::max<long long>(ns, 1);
-        spec.it_value.tv_sec = static_cast<time_t>(at / 1000000000LL);
-        spec.it_value.tv_nsec = static_cast<long>(at % 1000000000LL);
+        due.it_value.tv_sec = static_cast<time_t>(at / 1000000000LL);
+        due.it_value.tv_nsec = static_cast<long>(at % 1000000000LL);
     }
-    timerfd_settime(q.tfd, TFD_TIMER_ABSTIME, &spec, nullptr);
+    timerfd_settime(q.tfd, TFD_TIMER_ABSTIME, &due, nullptr);
 }
 
 bool Matches(const MSG& m, HWND hwnd, UINT filterMin, UINT filterMax)

@@ -1,6 +1,6 @@
 // The shell's file operation, SHFileOperationA: so far deleting, with or
 // without the recycle bin. The recycle bin is the user's Trash of the
-// freedesktop.org specification (files/ and info/*.trashinfo, through GIO),
+// freedesktop.org Trash layout (files/ and info/*.trashinfo, through GIO),
 // where a desktop's file manager shows the file and can put it back.
 //
 //   char from[MAX_PATH + 2] = "C:\\P\\plan.0012\0";  // double-terminated list

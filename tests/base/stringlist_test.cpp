@@ -190,8 +190,8 @@ TEST(StringList, QuantityAndPartNumber)
     EXPECT_EQ(part, "DEF");
     EXPECT_EQ(GetAnzAndPartNumber("Relay", part, ';'), 0);
     EXPECT_EQ(part, "");
-    EXPECT_EQ(GetAnzAndPartNumber(";; \t-2  Part 7  \r\n", part, ';'), 1);
-    EXPECT_EQ(part, "Part 7");
+    EXPECT_EQ(GetAnzAndPartNumber(";; \t-2  Coil 7  \r\n", part, ';'), 1);
+    EXPECT_EQ(part, "Coil 7");
     EXPECT_EQ(GetAnzAndPartNumber("", part, ';'), 0);
     const CString longWord = CString('7', 300) + " x";
     EXPECT_EQ(GetAnzAndPartNumber(longWord, part, ';'), INT_MAX) << "atoi saturates";
