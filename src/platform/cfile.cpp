@@ -10,11 +10,13 @@
 #include <cstring>
 #include <string>
 
-BOOL CFile::GetStatus(const char* fileName, CFileStatus& status)
+namespace {
+
+BOOL ReadStatus(const char* fileName, CFileStatus& status, bool anyCase)
 {
     if (!fileName || !*fileName)
         return FALSE;
-    const std::string host = vx::DiskPath(fileName);
+    const std::string host = anyCase ? vx::DiskPath(fileName) : vx::HostPath(fileName);
     struct stat st {};
     if (stat(host.c_str(), &st) != 0)
         return FALSE;
@@ -35,4 +37,16 @@ BOOL CFile::GetStatus(const char* fileName, CFileStatus& status)
     }
     status = result;
     return TRUE;
+}
+
+} // namespace
+
+BOOL CFile::GetStatus(const char* fileName, CFileStatus& status)
+{
+    return ReadStatus(fileName, status, true);
+}
+
+BOOL vx::GetStatusAsSpelled(const char* fileName, CFileStatus& status)
+{
+    return ReadStatus(fileName, status, false);
 }

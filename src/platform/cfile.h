@@ -30,3 +30,12 @@ public:
     // followed.
     static BOOL GetStatus(const char* fileName, CFileStatus& status);
 };
+
+namespace vx {
+
+// CFile::GetStatus for a name spelled exactly as on disk: a name in another
+// case is not looked up, so no directory is read. For callers that must not
+// touch a directory (a cached page list on a slow drive).
+VXBASE_EXPORT BOOL GetStatusAsSpelled(const char* fileName, CFileStatus& status);
+
+} // namespace vx
