@@ -42,6 +42,22 @@ bool Writable(const std::string& host)
     return (st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && access(host.c_str(), W_OK) == 0;
 }
 
+// A file URI of a host path, with the characters that URIs reserve escaped.
+std::string UriOf(const std::string& host)
+{
+    std::string uri = "file:";
+    for (unsigned char c : host) {
+        if (c == '%' || c == '?' || c == '#' || c < 0x20) {
+            char escaped[4];
+            std::snprintf(escaped, sizeof escaped, "%%%02X", c);
+            uri += escaped;
+        } else {
+            uri += static_cast<char>(c);
+        }
+    }
+    return uri;
+}
+
 [[noreturn]] void ThrowMissing(const std::string& name, const std::string& host)
 {
     if (!Exists(DirectoryOf(host)))
@@ -152,10 +168,18 @@ void DaoDatabasePrivate::OpenNative(const std::string& file, bool exclusiveOpen,
     // index can't be made (a read-only medium), only an exclusive open can
     // read the file, as DAO needed its lock file.
     const bool logMode = header[18] == 2;
-    if (readOnly && !exclusive && logMode && !Exists(host + "-shm") && !Writable(DirectoryOf(host)))
+    const bool readOnlyMedium = logMode && !Exists(host + "-shm") && !Writable(DirectoryOf(host));
+    if (readOnly && !exclusive && readOnlyMedium)
         ThrowNoPermission(name);
-    const int flags = (readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
-    const int rc = sqlite3_open_v2(host.c_str(), &conn, flags, nullptr);
+    int flags = (readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
+    std::string target = host;
+    if (readOnly && exclusive && readOnlyMedium) {
+        // Nothing can change the file there, and SQLite can read it without
+        // the files it would make beside it.
+        target = UriOf(host) + "?immutable=1";
+        flags |= SQLITE_OPEN_URI;
+    }
+    const int rc = sqlite3_open_v2(target.c_str(), &conn, flags, nullptr);
     if (rc != SQLITE_OK) {
         sqlite3_close_v2(conn);
         conn = nullptr;
