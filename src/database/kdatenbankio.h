@@ -28,6 +28,7 @@
 #include "platform/colevariant.h"
 #include "platform/cstring.h"
 #include "platform/daodatabase.h"
+#include "platform/daoexception.h"
 #include "platform/daorecordset.h"
 #include "platform/daotabledef.h"
 #include "vxbase_export.h"
