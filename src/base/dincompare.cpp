@@ -22,11 +22,6 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-bool IsSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 int Signed(char c)
 {
     return static_cast<signed char>(c);
@@ -37,19 +32,27 @@ char Fold(char c)
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// atoi of the 32-bit runtime the suite was built with: white space, a sign,
-// digits accumulated modulo 2^32.
-std::int32_t AtoI(const char* s)
+// vx::Atoi, inline: white space, a sign, digits, and INT_MAX or INT_MIN on
+// overflow. The library call goes through strtoll, which costs more than
+// the rest of a comparison.
+[[gnu::always_inline]] inline std::int32_t Atoi(const char* s)
 {
-    while (IsSpace(*s))
-        ++s;
     bool negative = false;
-    if (*s == '-' || *s == '+')
-        negative = *s++ == '-';
-    std::uint32_t value = 0;
-    while (IsDigit(*s))
-        value = value * 10u + static_cast<std::uint32_t>(*s++ - '0');
-    return static_cast<std::int32_t>(negative ? 0u - value : value);
+    if (!IsDigit(*s)) {
+        while (*s == ' ' || (*s >= '\t' && *s <= '\r'))
+            ++s;
+        if (*s == '-' || *s == '+')
+            negative = *s++ == '-';
+    }
+    constexpr std::int64_t limit = std::int64_t{INT32_MAX} + 1;
+    std::int64_t value = 0;
+    for (; IsDigit(*s); ++s) {
+        if (value <= limit)
+            value = value * 10 + (*s - '0');
+    }
+    if (negative)
+        return value >= limit ? INT32_MIN : static_cast<std::int32_t>(-value);
+    return value > INT32_MAX ? INT32_MAX : static_cast<std::int32_t>(value);
 }
 
 std::int32_t Negate(std::int32_t v)
@@ -94,150 +97,113 @@ int StartPosition(const char* text, int position)
 
 enum class ScanStop { End, Digit, Differ };
 
-class NaturalCompare {
-public:
-    NaturalCompare(const char* a, const char* b, int offset, bool caseSensitive)
-        : m_a(a), m_b(b), m_d(offset), m_cs(caseSensitive)
-    {
-    }
-
-    int Run(int ia, bool outermost);
-
-private:
-    // The shared-text scan that picks where to restart.
-    void Scan(int ia);
-    // First position from `ia` where the equal-case comparison sees a
-    // difference, or where both texts end.
-    int Difference(int ia);
-    int DifferenceValue(int p) const;
-    bool HasDigit(const char* text, int from, int& cache);
-
-    const char* m_a;
-    const char* m_b;
-    int m_d; // position in b minus position in a
-    bool m_cs;
-
-    // Each cache holds a position; it is valid for every start up to it.
-    int m_scanEnd = -1;
-    ScanStop m_scanStop = ScanStop::End;
-    int m_lastNonDigit = -1;
-    int m_difference = -1;
-    int m_digitA = -1;
-    int m_digitB = -1;
-};
-
-void NaturalCompare::Scan(int ia)
+template <bool CS>
+char Comparable(char c)
 {
-    int k = ia;
-    if (m_cs) {
-        for (;; ++k) {
-            const char x = m_a[k];
-            const char y = m_b[k + m_d];
-            if (!x || !y) {
-                m_scanStop = ScanStop::End;
-                break;
-            }
-            if (IsDigit(x) || IsDigit(y)) {
-                m_scanStop = ScanStop::Digit;
-                break;
-            }
-            if (x != y) {
-                m_scanStop = ScanStop::Differ;
-                break;
-            }
-        }
-    } else {
-        int last = -1;
-        for (;; ++k) {
-            const char x = m_a[k];
-            const char y = m_b[k + m_d];
-            if (!x || !y) {
-                m_scanStop = ScanStop::End;
-                break;
-            }
-            if (!IsDigit(x) && !IsDigit(y))
-                last = k;
-            if (x != y) {
-                m_scanStop = ScanStop::Differ;
-                break;
-            }
-        }
-        m_lastNonDigit = last;
-    }
-    m_scanEnd = k;
+    if constexpr (CS)
+        return c;
+    else
+        return Fold(c);
 }
 
-int NaturalCompare::Difference(int ia)
+// The comparison from position `ia` of `a` and `ia` + `d` of `b`. Each scan
+// result is kept with the position it reaches; it holds for every later
+// start up to that position, so no byte is scanned twice.
+template <bool CS>
+[[gnu::always_inline]] inline int Natural(const char* a, const char* b, int ia, const int d, const bool outermost)
 {
-    if (ia > m_difference) {
-        int k = ia;
-        if (m_cs) {
-            while (m_a[k] && m_a[k] == m_b[k + m_d])
-                ++k;
-        } else {
-            while (m_a[k] && Fold(m_a[k]) == Fold(m_b[k + m_d]))
-                ++k;
-        }
-        m_difference = k;
-    }
-    return m_difference;
-}
+    int scanEnd = -1;              // where the shared-text scan stopped
+    ScanStop scanStop = ScanStop::End;
+    int lastNonDigit = -1;         // case-insensitive: last both-non-digit position
+    int difference = -1;           // first difference of the equal-case comparison
+    int digitA = -1;               // next digit at or after a position
+    int digitB = -1;
 
-int NaturalCompare::DifferenceValue(int p) const
-{
-    if (m_cs)
-        return Signed(m_a[p]) - Signed(m_b[p + m_d]);
-    return Signed(Fold(m_a[p])) - Signed(Fold(m_b[p + m_d]));
-}
-
-bool NaturalCompare::HasDigit(const char* text, int from, int& cache)
-{
-    if (from > cache) {
+    const auto scan = [&](int from) {
         int k = from;
-        while (text[k] && !IsDigit(text[k]))
+        int last = -1;
+        char x = a[k];
+        char y = b[k + d];
+        // The shared run first, where one byte tells for both texts.
+        while (x == y && x) {
+            if constexpr (CS) {
+                if (IsDigit(x))
+                    break;
+            } else if (!IsDigit(x)) {
+                last = k;
+            }
             ++k;
-        cache = text[k] ? k : INT_MAX;
-    }
-    return cache != INT_MAX;
-}
+            x = a[k];
+            y = b[k + d];
+        }
+        if (!x || !y) {
+            scanStop = ScanStop::End;
+        } else if (IsDigit(x) || IsDigit(y)) {
+            scanStop = CS ? ScanStop::Digit : ScanStop::Differ;
+        } else {
+            scanStop = ScanStop::Differ;
+            last = k;
+        }
+        scanEnd = k;
+        lastNonDigit = last;
+    };
+    // Only called with the scan valid at `from`: the bytes up to scanEnd
+    // are equal, so the equal-case comparison goes on from there.
+    const auto firstDifference = [&](int from) {
+        if (from > difference) {
+            int k = scanEnd > from ? scanEnd : from;
+            while (a[k] && Comparable<CS>(a[k]) == Comparable<CS>(b[k + d]))
+                ++k;
+            difference = k;
+        }
+        return difference;
+    };
+    const auto differenceValue = [&](int p) {
+        return Signed(Comparable<CS>(a[p])) - Signed(Comparable<CS>(b[p + d]));
+    };
+    const auto hasDigit = [](const char* text, int from, int& cache) {
+        if (from > cache) {
+            int k = from;
+            while (text[k] && !IsDigit(text[k]))
+                ++k;
+            cache = text[k] ? k : INT_MAX;
+        }
+        return cache != INT_MAX;
+    };
 
-int NaturalCompare::Run(int ia, bool outermost)
-{
-    const char* a = m_a;
-    const char* b = m_b;
-    if (outermost && DifferenceValue(Difference(0)) == 0)
+    scan(ia);
+    if (outermost && differenceValue(firstDifference(0)) == 0)
         return 0;
 
     for (;;) {
-        const int ib = ia + m_d;
+        const int ib = ia + d;
         if (!a[ia])
             return b[ib] ? -1 : 0;
         if (!b[ib])
             return 1;
 
         // Skip the shared text and restart where the texts part.
-        if (ia > m_scanEnd)
-            Scan(ia);
-        if (m_scanStop == ScanStop::Differ && m_scanEnd > ia) {
-            if (m_cs) {
-                ia = m_scanEnd;
+        if (ia > scanEnd)
+            scan(ia);
+        if (scanStop == ScanStop::Differ && scanEnd > ia) {
+            if constexpr (CS) {
+                ia = scanEnd;
                 continue;
-            }
-            if (m_lastNonDigit >= ia) {
-                ia = m_scanEnd > m_lastNonDigit ? m_lastNonDigit + 1 : m_scanEnd;
+            } else if (lastNonDigit >= ia) {
+                ia = scanEnd > lastNonDigit ? lastNonDigit + 1 : scanEnd;
                 continue;
             }
         }
 
         // Compare by value from here.
-        const int p = Difference(ia);
-        const int r = DifferenceValue(p);
+        const int p = firstDifference(ia);
+        const int r = differenceValue(p);
         if (r == 0)
             return 0;
-        if (!HasDigit(a, ia, m_digitA) && !HasDigit(b, ib, m_digitB))
+        if (!IsDigit(a[ia]) && !IsDigit(b[ib]) && !hasDigit(a, ia, digitA) && !hasDigit(b, ib, digitB))
             return r;
-        const std::int32_t na = Abs(AtoI(a + ia));
-        const std::int32_t nb = Abs(AtoI(b + ib));
+        const std::int32_t na = Abs(Atoi(a + ia));
+        const std::int32_t nb = Abs(Atoi(b + ib));
         if (na != nb) {
             if (na == 0) {
                 if (IsDigit(a[ia]))
@@ -265,10 +231,12 @@ int NaturalEntry(CString* a, int ia, CString* b, int ib, bool caseSensitive)
     const char* ta = TextOf(a);
     const char* tb = TextOf(b);
     const bool outermost = ia == 0 && ib == 0;
-    ia = StartPosition(ta, ia);
-    ib = StartPosition(tb, ib);
-    NaturalCompare compare(ta, tb, ib - ia, caseSensitive);
-    return compare.Run(ia, outermost);
+    if (!outermost) {
+        ia = StartPosition(ta, ia);
+        ib = StartPosition(tb, ib);
+    }
+    return caseSensitive ? Natural<true>(ta, tb, ia, ib - ia, outermost)
+                         : Natural<false>(ta, tb, ia, ib - ia, outermost);
 }
 
 // BezugComp reads through 16-bit positions; one that wrapped below zero
@@ -316,7 +284,8 @@ int CheckRange(CString* s, int start, bool (*allowed)(char c, int position))
 
 int CompareDINText(CString* a, CString* b)
 {
-    return NaturalEntry(a, 0, b, 0, false);
+    // The form every sort uses: straight to the comparison.
+    return Natural<false>(TextOf(a), TextOf(b), 0, 0, true);
 }
 
 int CompareDINText(CString* a, int ia, CString* b, int ib)
@@ -326,7 +295,7 @@ int CompareDINText(CString* a, int ia, CString* b, int ib)
 
 int CompareDINTextBezug(CString* a, CString* b)
 {
-    return NaturalEntry(a, 0, b, 0, false);
+    return CompareDINText(a, b);
 }
 
 int CompareDINTextBezug(CString* a, int ia, CString* b, int ib)
@@ -336,7 +305,7 @@ int CompareDINTextBezug(CString* a, int ia, CString* b, int ib)
 
 int CompareDINTextCS(CString* a, CString* b)
 {
-    return NaturalEntry(a, 0, b, 0, true);
+    return Natural<true>(TextOf(a), TextOf(b), 0, 0, true);
 }
 
 int CompareDINTextCS(CString* a, int ia, CString* b, int ib)
@@ -346,7 +315,7 @@ int CompareDINTextCS(CString* a, int ia, CString* b, int ib)
 
 int CompareDINTextBezugCS(CString* a, CString* b)
 {
-    return NaturalEntry(a, 0, b, 0, true);
+    return CompareDINTextCS(a, b);
 }
 
 int CompareDINTextBezugCS(CString* a, int ia, CString* b, int ib)

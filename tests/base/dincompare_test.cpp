@@ -1,4 +1,5 @@
 #include "base/dincompare.h"
+#include "platform/mbstring.h"
 
 #include <gtest/gtest.h>
 
@@ -42,16 +43,7 @@ int EqualCase(const CString& a, const CString& b, bool cs)
 
 std::int32_t Atoi(const CString& s)
 {
-    const char* p = s.GetString();
-    while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
-        ++p;
-    bool negative = false;
-    if (*p == '+' || *p == '-')
-        negative = *p++ == '-';
-    std::uint32_t v = 0;
-    while (Digit(*p))
-        v = v * 10 + static_cast<std::uint32_t>(*p++ - '0');
-    return static_cast<std::int32_t>(negative ? 0u - v : v);
+    return vx::Atoi(s.GetString());
 }
 
 std::int32_t Abs(std::int32_t v)
