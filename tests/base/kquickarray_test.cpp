@@ -6,9 +6,9 @@
 #include "platform/mbstring.h"
 #include "platform/messagebox.h"
 
-#include <gtest/gtest.h>
+#include "support/tempdir.h"
 
-#include <unistd.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -42,17 +42,6 @@ public:
 
 private:
     vx::MessageBoxHandler m_old;
-};
-
-struct TempDir {
-    TempDir()
-    {
-        path = std::filesystem::temp_directory_path() / ("vxquick_" + std::to_string(::getpid()));
-        std::filesystem::create_directories(path);
-    }
-    ~TempDir() { std::filesystem::remove_all(path); }
-    std::string File(const char* name) const { return (path / name).string(); }
-    std::filesystem::path path;
 };
 
 int Descending(int* a, int* b)
@@ -291,8 +280,8 @@ TEST(QuickStringDataArray, FindsByStringAloneAndKeepsTheData)
 
 TEST(KQuickArray, SerializesInTheFrameworkLayout)
 {
-    TempDir dir;
-    const std::string file = dir.File("names.dat");
+    vxtest::TempDir dir;
+    const std::string file = dir.Path("names.dat");
     QuickStringArray names;
     names.Add("K2");
     names.Add("A1");
@@ -318,7 +307,7 @@ TEST(KQuickArray, SerializesInTheFrameworkLayout)
     QuickStringDataArray data;
     data.Add(StrData("b", 2));
     data.Add(StrData("a", 0xDEADBEEF));
-    const std::string dataFile = dir.File("data.dat");
+    const std::string dataFile = dir.Path("data.dat");
     {
         CArchive ar(dataFile.c_str(), CArchive::store);
         data.Serialize(ar);
@@ -338,7 +327,7 @@ TEST(KQuickArray, SerializesInTheFrameworkLayout)
     numbers.m_pfnCompareData = CompareIntCallback;
     numbers.Add(-5);
     numbers.Add(70000);
-    const std::string intFile = dir.File("ints.dat");
+    const std::string intFile = dir.Path("ints.dat");
     {
         CArchive ar(intFile.c_str(), CArchive::store);
         numbers.Serialize(ar);
@@ -353,8 +342,8 @@ TEST(KQuickArray, SerializesInTheFrameworkLayout)
 
 TEST(KQuickArray, DamagedArchiveLeavesTheArrayAsItWas)
 {
-    TempDir dir;
-    const std::string file = dir.File("names.dat");
+    vxtest::TempDir dir;
+    const std::string file = dir.Path("names.dat");
     QuickStringArray names;
     for (const char* s : {"one", "two", "three"})
         names.Add(s);

@@ -1,8 +1,8 @@
 #include "platform/carchive.h"
 
-#include <gtest/gtest.h>
+#include "support/tempdir.h"
 
-#include <unistd.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -11,17 +11,6 @@
 #include <vector>
 
 namespace {
-
-struct TempDir {
-    TempDir()
-    {
-        path = std::filesystem::temp_directory_path() / ("vxarchive_" + std::to_string(::getpid()));
-        std::filesystem::create_directories(path);
-    }
-    ~TempDir() { std::filesystem::remove_all(path); }
-    std::string File(const char* name) const { return (path / name).string(); }
-    std::filesystem::path path;
-};
 
 std::vector<unsigned char> Bytes(const std::string& file)
 {
@@ -33,8 +22,8 @@ std::vector<unsigned char> Bytes(const std::string& file)
 
 TEST(CArchive, WritesNumbersLittleEndianInTheirOwnSize)
 {
-    TempDir dir;
-    const std::string file = dir.File("n.dat");
+    vxtest::TempDir dir;
+    const std::string file = dir.Path("n.dat");
     {
         CArchive ar(file.c_str(), CArchive::store);
         EXPECT_TRUE(ar.IsStoring());
@@ -72,8 +61,8 @@ TEST(CArchive, WritesNumbersLittleEndianInTheirOwnSize)
 
 TEST(CArchive, StringLengthsAndCountsSwitchToWiderPrefixes)
 {
-    TempDir dir;
-    const std::string file = dir.File("s.dat");
+    vxtest::TempDir dir;
+    const std::string file = dir.Path("s.dat");
     const CString shortText(std::string(254, 'a'));
     const CString middle(std::string(255, 'b'));
     const CString longText(std::string(70000, 'c'));
@@ -115,8 +104,8 @@ TEST(CArchive, StringLengthsAndCountsSwitchToWiderPrefixes)
 
 TEST(CArchive, FailedStoreLeavesTheOldFile)
 {
-    TempDir dir;
-    const std::string file = dir.File("keep.dat");
+    vxtest::TempDir dir;
+    const std::string file = dir.Path("keep.dat");
     {
         CArchive ar(file.c_str(), CArchive::store);
         ar << 1;
@@ -138,26 +127,26 @@ TEST(CArchive, FailedStoreLeavesTheOldFile)
     }
     EXPECT_EQ(Bytes(file).size(), 4u);
     // No temporary file is left behind.
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1);
 }
 
 TEST(CArchive, ReportsMissingFilesAndShortReads)
 {
-    TempDir dir;
-    CArchive missing(dir.File("none.dat").c_str(), CArchive::load);
+    vxtest::TempDir dir;
+    CArchive missing(dir.Path("none.dat").c_str(), CArchive::load);
     EXPECT_TRUE(missing.IsFailed());
     int x = 7;
     missing >> x;
     EXPECT_EQ(x, 0);
 
-    CArchive noDir(dir.File("no/such/dir.dat").c_str(), CArchive::store);
+    CArchive noDir(dir.Path("no/such/dir.dat").c_str(), CArchive::store);
     EXPECT_TRUE(noDir.IsFailed());
     EXPECT_FALSE(noDir.Close());
 
-    CArchive directory(dir.path.string().c_str(), CArchive::load);
+    CArchive directory(dir.Path().c_str(), CArchive::load);
     EXPECT_TRUE(directory.IsFailed());
 
-    const std::string file = dir.File("short.dat");
+    const std::string file = dir.Path("short.dat");
     {
         CArchive ar(file.c_str(), CArchive::store);
         ar << static_cast<BYTE>(10) << 'a' << 'b'; // says 10 bytes, holds 2
