@@ -1,0 +1,109 @@
+#include "uisupport/uitest.h"
+
+#include "ui/qtinterop.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace vxtest {
+
+Canvas::Canvas(int width, int height, COLORREF fill)
+{
+    m_dc.CreateCompatibleDC(nullptr);
+    m_bitmap = ::CreateBitmap(width, height, 1, 32, nullptr);
+    m_old = ::SelectObject(m_dc.m_hDC, m_bitmap);
+    m_dc.FillSolidRect(0, 0, width, height, fill);
+    m_dc.SetBkColor(RGB(255, 255, 255));
+}
+
+Canvas::~Canvas()
+{
+    ::SelectObject(m_dc.m_hDC, m_old);
+    m_dc.DeleteDC();
+    ::DeleteObject(m_bitmap);
+}
+
+QImage Canvas::Image() const
+{
+    return vx::ImageOfDC(m_dc.m_hDC);
+}
+
+std::string SaveFailureImage(const QImage& image, const std::string& what)
+{
+    const char* env = std::getenv("VX_TEST_OUTPUT_DIR");
+    const QString dir = QString::fromUtf8(env ? env : VX_TEST_OUTPUT_DIR);
+    QDir().mkpath(dir);
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = info ? std::string(info->test_suite_name()) + "." + info->name() : "outside-test";
+    name += "-" + what;
+    for (char& c : name) {
+        if (c == '/' || c == ' ' || c == ',' || c == '(' || c == ')')
+            c = '_';
+    }
+    const QString path = dir + QLatin1Char('/') + QString::fromStdString(name) + QLatin1String(".png");
+    image.save(path);
+    return path.toStdString();
+}
+
+COLORREF ColorAt(const QImage& image, int x, int y)
+{
+    const QRgb p = image.pixel(x, y);
+    return RGB(qRed(p), qGreen(p), qBlue(p));
+}
+
+::testing::AssertionResult PixelIs(const QImage& image, int x, int y, COLORREF expected)
+{
+    if (!image.rect().contains(x, y))
+        return ::testing::AssertionFailure() << "(" << x << ", " << y << ") lies outside the image";
+    const COLORREF actual = ColorAt(image, x, y);
+    if (actual == expected)
+        return ::testing::AssertionSuccess();
+    char text[160];
+    std::snprintf(text, sizeof text, "pixel (%d, %d) is 0x%06X, expected 0x%06X", x, y, actual, expected);
+    const std::string path = SaveFailureImage(image, "pixel");
+    return ::testing::AssertionFailure() << text << "; image saved as " << path;
+}
+
+::testing::AssertionResult RectIs(const QImage& image, const RECT& rect, COLORREF expected)
+{
+    for (int y = rect.top; y < rect.bottom; ++y) {
+        for (int x = rect.left; x < rect.right; ++x) {
+            auto r = PixelIs(image, x, y, expected);
+            if (!r)
+                return r;
+        }
+    }
+    return ::testing::AssertionSuccess();
+}
+
+int CountColor(const QImage& image, const RECT& rect, COLORREF color)
+{
+    int n = 0;
+    for (int y = rect.top; y < rect.bottom; ++y) {
+        for (int x = rect.left; x < rect.right; ++x) {
+            if (image.rect().contains(x, y) && ColorAt(image, x, y) == color)
+                ++n;
+        }
+    }
+    return n;
+}
+
+QImage Render(CWnd& window)
+{
+    return vx::RenderWindow(window).convertToFormat(QImage::Format_RGB32);
+}
+
+} // namespace vxtest
+
+int main(int argc, char** argv)
+{
+    // The tests never need a display; they run the same in CI and on a desktop.
+    if (!std::getenv("QT_QPA_PLATFORM"))
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
