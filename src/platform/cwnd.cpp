@@ -47,9 +47,11 @@ CPoint PointOf(LPARAM l)
     return CPoint(GET_X_LPARAM(l), GET_Y_LPARAM(l));
 }
 
+// A control that dialog navigation may stop at: shown and enabled itself,
+// whatever its parent is doing.
 bool Usable(const CWnd* w)
 {
-    return w->IsWindowVisible() && w->IsWindowEnabled();
+    return (w->GetStyle() & WS_VISIBLE) && w->IsWindowEnabled();
 }
 
 CWnd* Deepest(CWnd* window, POINT screen)
