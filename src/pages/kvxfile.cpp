@@ -252,21 +252,24 @@ CString KVxFile::CreateNewFilePath(short delta) const
 
 VxFileType KVxFile::IsValidPage(int allowOld) const
 {
-    if (!IsSet())
-        return VxFileNone;
+    return IsSet() ? ExtensionType(m_ext, allowOld) : VxFileNone;
+}
+
+VxFileType KVxFile::ExtensionType(const char* ext, int allowOld)
+{
     VxFileType result = VxFileNone;
-    const std::size_t length = std::strlen(m_ext);
+    const std::size_t length = std::strlen(ext);
     if (allowOld && length == 4) {
         result = VxFileOld;
-        if (!IsDigit(m_ext[1]) || !IsDigit(m_ext[2]))
+        if (!IsDigit(ext[1]) || !IsDigit(ext[2]))
             result = VxFileNone;
     }
     if (length < 5 || length > 7)
         return result;
-    if (!AllDigits(m_ext + 1, 4))
+    if (!AllDigits(ext + 1, 4))
         return VxFileNone;
     for (std::size_t i = 5; i < length; ++i) {
-        if (!VXPAGENUM::IsSub(m_ext[i]))
+        if (!VXPAGENUM::IsSub(ext[i]))
             return VxFileNone;
     }
     return VxFileNew;

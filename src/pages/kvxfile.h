@@ -100,6 +100,10 @@ public:
     // 6700 up to its last ":" (trimmed), a zero, "*.0*;*.1*;...;*.9*;", a zero.
     static CString GetVexalDateiFilter();
 
+    // The type of an extension text (with its point) by the rules of
+    // IsValidPage, for a file whose path is set.
+    static VxFileType ExtensionType(const char* ext, int allowOld);
+
 private:
     bool FoldForeignExtension();
 };

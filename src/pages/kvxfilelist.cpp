@@ -5,7 +5,8 @@
 #include "platform/filetime.h"
 #include "platform/mbstring.h"
 
-#include <cstdlib>
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 int g_KVxFileList_optimize = 0;
@@ -17,11 +18,6 @@ KVxFile KVxFileList::s_myFile;
 
 namespace {
 
-int ComparePages(const void* a, const void* b)
-{
-    return VXPAGENUM::Compare(*static_cast<const VXPAGENUM*>(a), *static_cast<const VXPAGENUM*>(b));
-}
-
 bool IsInvalid(VXPAGENUM page)
 {
     return page.GetPage() == PAGE_INVALID;
@@ -31,8 +27,17 @@ bool IsInvalid(VXPAGENUM page)
 
 void KSortablePagenumArray::Sort()
 {
-    if (GetSize() > 1)
-        std::qsort(GetData(), static_cast<std::size_t>(GetSize()), sizeof(VXPAGENUM), ComparePages);
+    // The order of VXPAGENUM::Compare, whose differences are taken here
+    // inline: a scan sorts thousands of pages. Compare is 0 only for equal
+    // values, so any sort gives the order qsort gave.
+    std::sort(begin(), end(), [](VXPAGENUM a, VXPAGENUM b) {
+        const auto difference = [](std::int32_t x, std::int32_t y) {
+            return static_cast<std::int32_t>(static_cast<std::uint32_t>(x) - static_cast<std::uint32_t>(y));
+        };
+        if (a.m_page == b.m_page && a.m_subpage != b.m_subpage)
+            return difference(a.m_subpage, b.m_subpage) < 0;
+        return difference(a.m_page, b.m_page) < 0;
+    });
 }
 
 KVxFileList::KVxFileList(const char* path)
@@ -131,10 +136,11 @@ short KVxFileList::LookForPages(int onlyOne, int wantTimes)
             more = finder.FindNextFile();
             if (finder.IsDirectory())
                 continue;
-            const CString path = finder.GetFilePath();
-            if (!IsMemberOfFileGroup(path, 0))
+            // A member's extension is a page, which KVxFile never folds, so
+            // one split serves the test and the page.
+            const KVxFile file(finder.GetFilePath());
+            if (!IsMember(file, 0))
                 continue;
-            const KVxFile file(path);
             const VXPAGENUM page = file.GetPageNumber();
             if (IsInvalid(page))
                 continue;
@@ -166,7 +172,11 @@ short KVxFileList::LookForPages(int onlyOne, int wantTimes)
 
 int KVxFileList::IsMemberOfFileGroup(const char* path, int allowOld) const
 {
-    const KVxPath other(path);
+    return IsMember(KVxPath(path), allowOld);
+}
+
+int KVxFileList::IsMember(const KVxPath& other, int allowOld) const
+{
     const CString ownDrive = m_file.GetDrive();
     const CString otherDrive = other.GetDrive();
     if (!ownDrive.IsEmpty() && !otherDrive.IsEmpty() && _mbsicoll(ownDrive, otherDrive) != 0)
@@ -177,8 +187,11 @@ int KVxFileList::IsMemberOfFileGroup(const char* path, int allowOld) const
         return 0;
     if (_mbsicoll(m_file.GetPointerToFname(), other.GetPointerToFname()) != 0)
         return 0;
-    const KVxFile extension(other.GetExtension());
-    return extension.IsValidPage(allowOld) != VxFileNone ? 1 : 0;
+    // The extension alone as a path: set exactly when it is not empty.
+    const CString extension = other.GetExtension();
+    if (extension.IsEmpty())
+        return 0;
+    return KVxFile::ExtensionType(extension, allowOld) != VxFileNone ? 1 : 0;
 }
 
 int KVxFileList::GetLastDateAndTime(WORD* date, WORD* time) const

@@ -129,4 +129,5 @@ protected:
 
 private:
     void KeepNewest(WORD date, WORD time);
+    int IsMember(const KVxPath& other, int allowOld) const;
 };

@@ -40,6 +40,11 @@ WildcardPattern::WildcardPattern(std::string_view pattern)
             m_tokens.push_back({Kind::Literal, Fold(c)});
         }
     }
+    for (const Token& t : m_tokens) {
+        if (t.kind != Kind::Literal)
+            break;
+        m_prefix += t.ch;
+    }
 }
 
 bool WildcardPattern::Matches(std::string_view name) const
@@ -48,6 +53,20 @@ bool WildcardPattern::Matches(std::string_view name) const
         return false;
     if (m_all)
         return true;
+    // Most names of a directory fail on the first characters; the literal
+    // start of the pattern rejects them before the general match runs.
+    if (name.size() < m_prefix.size())
+        return false;
+    for (std::size_t i = 0; i < m_prefix.size(); ++i) {
+        if (Fold(name[i]) != m_prefix[i])
+            return false;
+    }
+    // "title.*", the pattern of a drawing's pages: the rest must be empty
+    // or an extension.
+    const std::size_t p = m_prefix.size();
+    if (m_tokens.size() == p + 2 && m_tokens[p].kind == Kind::DosDot && m_tokens[p + 1].kind == Kind::Star)
+        return name.size() == p || name[p] == '.';
+
     const std::size_t n = m_tokens.size();
     const std::size_t length = name.size();
     const std::size_t lastDot = name.rfind('.');

@@ -49,6 +49,7 @@ private:
         char ch;
     };
     std::vector<Token> m_tokens;
+    std::string m_prefix; // the leading literal characters, folded
     bool m_all = false;
     bool m_empty = true;
 };

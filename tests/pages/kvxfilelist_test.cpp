@@ -272,3 +272,18 @@ TEST_F(FileListTest, CopiesTheListIntoABuffer)
     EXPECT_EQ(list.CopyListToBuffer(buffer, 6, ListPageTexts), -1) << "0002a and its zero need 6";
     EXPECT_EQ(std::string(buffer, 11), std::string("0001\0" "0002\0#", 11)) << "earlier entries stay";
 }
+
+TEST(KSortablePagenumArray, SortsInTheOrderOfCompare)
+{
+    KSortablePagenumArray pages;
+    for (const char* p : {"10", "2b", "2", "9999", "0", "2a", "10a", "2ab", "2b", "1"})
+        pages.Add(VXPAGENUM(p));
+    pages.Add(VXPAGENUM(VXPAGE(-5), 0));
+    pages.Sort();
+    for (int i = 1; i < pages.GetSize(); ++i)
+        EXPECT_LE(VXPAGENUM::Compare(pages[i - 1], pages[i]), 0) << i;
+    EXPECT_EQ(pages[0], VXPAGENUM(VXPAGE(-5), 0));
+    EXPECT_EQ(pages[3], VXPAGENUM("2"));
+    EXPECT_EQ(pages[4], VXPAGENUM("2a"));
+    EXPECT_EQ(pages[5], VXPAGENUM("2ab"));
+}
