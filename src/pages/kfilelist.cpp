@@ -1,10 +1,9 @@
 #include "pages/kfilelist.h"
 
 #include "base/dincompare.h"
+#include "pages/copylist_p.h"
 #include "platform/filefind.h"
 #include "platform/mbstring.h"
-
-#include <cstring>
 
 KFileList::KFileList(const char* filter)
 {
@@ -49,17 +48,7 @@ CString KFileList::GetIndexedFileName(unsigned i) const
 
 int KFileList::CopyListToBuffer(char* buffer, unsigned size) const
 {
-    int result = 0;
-    char* out = buffer;
-    for (const CString& name : *this) {
-        const auto length = static_cast<unsigned>(name.GetLength());
-        if (length + 1 >= size)
-            return -1;
-        std::memcpy(out, name.GetString(), length + 1);
-        out += length + 1;
-        ++result;
-    }
-    return result;
+    return vx::CopyTextsToBuffer(*this, [](const CString& name) { return name; }, buffer, size);
 }
 
 int KFileList::Compare(CString* a, CString* b)

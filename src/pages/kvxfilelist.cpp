@@ -1,5 +1,6 @@
 #include "pages/kvxfilelist.h"
 
+#include "pages/copylist_p.h"
 #include "platform/cfile.h"
 #include "platform/filefind.h"
 #include "platform/filetime.h"
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 int g_KVxFileList_optimize = 0;
 
@@ -301,16 +301,10 @@ CString KVxFileList::GetPageNumberString(VXPAGENUM page) const
 
 int KVxFileList::CopyListToBuffer(char* buffer, unsigned size, ListMode mode) const
 {
-    int result = 0;
-    char* out = buffer;
-    for (const VXPAGENUM& page : *this) {
-        const CString text = mode == ListPageTexts ? KVxFile::FormatPageString(page, 1, 0, 1) : MergeFileName(page);
-        const auto length = static_cast<unsigned>(text.GetLength());
-        if (length + 1 >= size)
-            return -1;
-        std::memcpy(out, text.GetString(), length + 1);
-        out += length + 1;
-        ++result;
-    }
-    return result;
+    return vx::CopyTextsToBuffer(
+        *this,
+        [&](VXPAGENUM page) {
+            return mode == ListPageTexts ? KVxFile::FormatPageString(page, 1, 0, 1) : MergeFileName(page);
+        },
+        buffer, size);
 }

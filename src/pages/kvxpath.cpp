@@ -23,6 +23,20 @@ void Clear(char (&buffer)[N])
     std::memset(buffer, 0, N);
 }
 
+// Clears `buffer` and writes `text` into it, with `lead` in front unless the
+// text starts with it; 255 characters in all.
+template <std::size_t N>
+void SetWithLead(char (&buffer)[N], const char* text, char lead)
+{
+    Clear(buffer);
+    if (text[0] == lead) {
+        CopyLimited(buffer, text, 255);
+    } else {
+        buffer[0] = lead;
+        CopyLimited(buffer + 1, text, 254);
+    }
+}
+
 CString Joined(const char* drive, const char* dir, const char* title, const char* ext)
 {
     char path[_MAX_PATH];
@@ -63,13 +77,7 @@ void KVxPath::Apply(const char* drive, const char* dir, const char* title, const
         CopyLimited(m_drive, drive, 2);
     }
     if (dir) {
-        Clear(m_dir);
-        if (dir[0] == '\\') {
-            CopyLimited(m_dir, dir, 255);
-        } else {
-            m_dir[0] = '\\';
-            CopyLimited(m_dir + 1, dir, 254);
-        }
+        SetWithLead(m_dir, dir, '\\');
         const std::size_t length = std::strlen(m_dir);
         if (length > 0 && m_dir[length - 1] != '\\' && length < 254) {
             m_dir[length] = '\\';
@@ -85,15 +93,8 @@ void KVxPath::Apply(const char* drive, const char* dir, const char* title, const
             CopyLimited(m_fname, name, 255);
         }
     }
-    if (ext) {
-        Clear(m_ext);
-        if (ext[0] == '.') {
-            CopyLimited(m_ext, ext, 255);
-        } else {
-            m_ext[0] = '.';
-            CopyLimited(m_ext + 1, ext, 254);
-        }
-    }
+    if (ext)
+        SetWithLead(m_ext, ext, '.');
 }
 
 void KVxPath::SetMerge(const char* drive, const char* dir, const char* title, const char* ext)
