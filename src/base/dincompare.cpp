@@ -2,6 +2,7 @@
 
 #include "base/libraryframe.h"
 
+#include <array>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -27,9 +28,17 @@ int Signed(char c)
     return static_cast<signed char>(c);
 }
 
+constexpr auto kFold = [] {
+    std::array<char, 256> table{};
+    for (int c = 0; c < 256; ++c)
+        table[static_cast<std::size_t>(c)] = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return table;
+}();
+
+// ASCII letters to lower case; other bytes stay.
 char Fold(char c)
 {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+    return kFold[static_cast<unsigned char>(c)];
 }
 
 // vx::Atoi, inline: white space, a sign, digits, and INT_MAX or INT_MIN on
@@ -106,11 +115,55 @@ char Comparable(char c)
         return Fold(c);
 }
 
+template <bool CS>
+int DifferenceValue(char x, char y)
+{
+    return Signed(Comparable<CS>(x)) - Signed(Comparable<CS>(y));
+}
+
+bool HasDigitFrom(const char* text)
+{
+    while (*text && !IsDigit(*text))
+        ++text;
+    return *text != 0;
+}
+
+// The value comparison at `ia` of `a` and `ib` of `b`, where the equal-case
+// comparison first differs at `p` (an index into `a`) with the value `r`.
+// Returns true with the result in `result`, or false with `advance` set
+// when the texts hold numbers of equal value and equal text there, and the
+// comparison goes on behind them.
+template <class HasDigits>
+[[gnu::always_inline]] inline bool CompareValues(const char* a, const char* b, int ia, int ib, int p, int r,
+                                                 HasDigits hasDigits, int& result, int& advance)
+{
+    result = r;
+    if (r == 0)
+        return true;
+    if (!IsDigit(a[ia]) && !IsDigit(b[ib]) && !hasDigits())
+        return true;
+    const std::int32_t na = Abs(Atoi(a + ia));
+    const std::int32_t nb = Abs(Atoi(b + ib));
+    if (na != nb) {
+        if (na == 0)
+            result = IsDigit(a[ia]) ? Negate(nb) : (Signed(a[ia]) < 'A' ? -1 : 1);
+        else if (nb == 0)
+            result = IsDigit(b[ib]) ? na : (Signed(b[ib]) < 'A' ? 1 : -1);
+        else
+            result = Subtract(na, nb);
+        return true;
+    }
+    // Equal values: the printed length of the value decides how much is
+    // compared as text, which puts leading zeros first.
+    advance = PrintedLength(na);
+    return p - ia < advance;
+}
+
 // The comparison from position `ia` of `a` and `ia` + `d` of `b`. Each scan
 // result is kept with the position it reaches; it holds for every later
 // start up to that position, so no byte is scanned twice.
 template <bool CS>
-[[gnu::always_inline]] inline int Natural(const char* a, const char* b, int ia, const int d, const bool outermost)
+int Natural(const char* a, const char* b, int ia, const int d, const bool outermost)
 {
     int scanEnd = -1;              // where the shared-text scan stopped
     ScanStop scanStop = ScanStop::End;
@@ -158,9 +211,6 @@ template <bool CS>
         }
         return difference;
     };
-    const auto differenceValue = [&](int p) {
-        return Signed(Comparable<CS>(a[p])) - Signed(Comparable<CS>(b[p + d]));
-    };
     const auto hasDigit = [](const char* text, int from, int& cache) {
         if (from > cache) {
             int k = from;
@@ -172,8 +222,11 @@ template <bool CS>
     };
 
     scan(ia);
-    if (outermost && differenceValue(firstDifference(0)) == 0)
-        return 0;
+    if (outermost) {
+        const int p = firstDifference(0);
+        if (DifferenceValue<CS>(a[p], b[p + d]) == 0)
+            return 0;
+    }
 
     for (;;) {
         const int ib = ia + d;
@@ -195,35 +248,60 @@ template <bool CS>
             }
         }
 
-        // Compare by value from here.
         const int p = firstDifference(ia);
-        const int r = differenceValue(p);
-        if (r == 0)
-            return 0;
-        if (!IsDigit(a[ia]) && !IsDigit(b[ib]) && !hasDigit(a, ia, digitA) && !hasDigit(b, ib, digitB))
-            return r;
-        const std::int32_t na = Abs(Atoi(a + ia));
-        const std::int32_t nb = Abs(Atoi(b + ib));
-        if (na != nb) {
-            if (na == 0) {
-                if (IsDigit(a[ia]))
-                    return Negate(nb);
-                return Signed(a[ia]) < 'A' ? -1 : 1;
-            }
-            if (nb == 0) {
-                if (IsDigit(b[ib]))
-                    return na;
-                return Signed(b[ib]) < 'A' ? 1 : -1;
-            }
-            return Subtract(na, nb);
-        }
-        // Equal values: the printed length of the value decides how much is
-        // compared as text, which puts leading zeros first.
-        const int n = PrintedLength(na);
-        if (p - ia < n)
-            return r;
-        ia += n;
+        int result = 0;
+        int advance = 0;
+        const auto hasDigits = [&] { return hasDigit(a, ia, digitA) || hasDigit(b, ib, digitB); };
+        if (CompareValues(a, b, ia, ib, p, DifferenceValue<CS>(a[p], b[p + d]), hasDigits, result, advance))
+            return result;
+        ia += advance;
     }
+}
+
+// CompareDINText from the start of both texts, which is what every sort
+// asks. The same steps as Natural<false>, straight: one pass over the
+// shared text, at most one restart (which lands where no second one can
+// follow), then the values. Only texts that go on past a number of equal
+// value continue in the general loop.
+int NaturalFromStart(const char* a, const char* b)
+{
+    int k = 0;
+    while (a[k] == b[k] && a[k])
+        ++k;
+    const char x = a[k];
+    const char y = b[k];
+    if (x == y)
+        return 0; // the same text
+    int p = k;
+    while (a[p] && Fold(a[p]) == Fold(b[p]))
+        ++p;
+    const int r = DifferenceValue<false>(a[p], b[p]);
+    if (r == 0)
+        return 0; // equal but for case
+    if (!a[0])
+        return -1;
+    if (!b[0])
+        return 1;
+
+    int ia = 0;
+    if (x && y) {
+        // The last position before the difference where neither text has a
+        // digit; the shared bytes there are one and the same.
+        int last = k;
+        if (IsDigit(x) || IsDigit(y)) {
+            last = k - 1;
+            while (last >= 0 && IsDigit(a[last]))
+                --last;
+        }
+        if (k > 0 && last >= 0)
+            ia = k > last ? last + 1 : k;
+    }
+    int result = 0;
+    int advance = 0;
+    const auto hasDigits = [&] { return HasDigitFrom(a + ia) || HasDigitFrom(b + ia); };
+    if (CompareValues(a, b, ia, ia, p, r, hasDigits, result, advance))
+        return result;
+    return Natural<false>(a, b, ia + advance, 0, false);
 }
 
 int NaturalEntry(CString* a, int ia, CString* b, int ib, bool caseSensitive)
@@ -235,6 +313,8 @@ int NaturalEntry(CString* a, int ia, CString* b, int ib, bool caseSensitive)
         ia = StartPosition(ta, ia);
         ib = StartPosition(tb, ib);
     }
+    if (outermost && !caseSensitive)
+        return NaturalFromStart(ta, tb);
     return caseSensitive ? Natural<true>(ta, tb, ia, ib - ia, outermost)
                          : Natural<false>(ta, tb, ia, ib - ia, outermost);
 }
@@ -284,8 +364,7 @@ int CheckRange(CString* s, int start, bool (*allowed)(char c, int position))
 
 int CompareDINText(CString* a, CString* b)
 {
-    // The form every sort uses: straight to the comparison.
-    return Natural<false>(TextOf(a), TextOf(b), 0, 0, true);
+    return NaturalFromStart(TextOf(a), TextOf(b));
 }
 
 int CompareDINText(CString* a, int ia, CString* b, int ib)
