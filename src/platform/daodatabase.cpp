@@ -98,6 +98,8 @@ void DaoDatabasePrivate::RequireWritable() const
         ThrowDao(kDaoReadOnly, "Cannot update. Database or object is read-only.");
 }
 
+// Connections are opened without SQLite's own mutexes: a database object
+// belongs to one thread, as every object of the library does.
 void DaoDatabasePrivate::Configure(bool writable)
 {
     sqlite3_extended_result_codes(conn, 1);
@@ -171,7 +173,7 @@ void DaoDatabasePrivate::OpenNative(const std::string& file, bool exclusiveOpen,
     const bool readOnlyMedium = logMode && !Exists(host + "-shm") && !Writable(DirectoryOf(host));
     if (readOnly && !exclusive && readOnlyMedium)
         ThrowNoPermission(name);
-    int flags = (readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE;
+    int flags = (readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX;
     std::string target = host;
     if (readOnly && exclusive && readOnlyMedium) {
         // Nothing can change the file there, and SQLite can read it without
@@ -207,7 +209,7 @@ void DaoDatabasePrivate::CreateNative(const std::string& file, const std::string
     for (const char* suffix : {"-wal", "-shm", "-journal"})
         unlink((host + suffix).c_str());
     const int rc = sqlite3_open_v2(host.c_str(), &conn,
-                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXRESCODE, nullptr);
+                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
     if (rc != SQLITE_OK) {
         sqlite3_close_v2(conn);
         conn = nullptr;
@@ -245,7 +247,7 @@ void DaoDatabasePrivate::OpenIsam(const std::string& file, bool readOnlyOpen, co
     name = file;
     host = HostPath(file);
     connect = connectText;
-    const int rc = sqlite3_open_v2(":memory:", &conn, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, nullptr);
+    const int rc = sqlite3_open_v2(":memory:", &conn, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
     if (rc != SQLITE_OK) {
         sqlite3_close_v2(conn);
         conn = nullptr;

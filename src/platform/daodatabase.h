@@ -18,12 +18,12 @@
 #include "platform/cobject.h"
 #include "platform/cstring.h"
 #include "platform/daoinfo.h"
+#include "platform/daoworkspace.h"
 #include "platform/wintypes.h"
 #include "vxbase_export.h"
 
 #include <memory>
 
-class CDaoWorkspace;
 namespace vx {
 class DaoDatabasePrivate;
 }

@@ -140,14 +140,18 @@ struct DaoRecordsetPrivate {
             stamps[static_cast<std::size_t>(row)] = db->changeStamp;
     }
 
-    sqlite3_stmt* WriteStatement(const std::string& key, const std::string& sql)
+    sqlite3_stmt* FindWrite(const std::string& key)
     {
         auto it = writes.find(key);
-        if (it != writes.end()) {
-            sqlite3_reset(it->second);
-            sqlite3_clear_bindings(it->second);
-            return it->second;
-        }
+        if (it == writes.end())
+            return nullptr;
+        sqlite3_reset(it->second);
+        sqlite3_clear_bindings(it->second);
+        return it->second;
+    }
+
+    sqlite3_stmt* AddWrite(const std::string& key, const std::string& sql)
+    {
         sqlite3_stmt* stmt = nullptr;
         const int rc = sqlite3_prepare_v3(db->conn, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &stmt, nullptr);
         if (rc != SQLITE_OK) {
@@ -171,7 +175,7 @@ struct DaoRecordsetPrivate {
     {
         int rc = sqlite3_step(s);
         bool got = false;
-        if (rc == SQLITE_ROW) {
+        if (rc == SQLITE_ROW && into) {
             got = true;
             rowid = sqlite3_column_int64(s, 0);
             for (std::size_t i = 0; i < columns.size(); ++i)
@@ -357,6 +361,16 @@ void CDaoRecordset::Open(int type, const char* sql, int options)
         }
     }
     const std::size_t width = p.Width();
+    if (p.updatable) {
+        // One pass over the table's b-tree spares the copies of growing.
+        sqlite3_stmt* count = db->Cached("SELECT count(*) FROM " + vx::QuoteName(p.table));
+        if (sqlite3_step(count) == SQLITE_ROW) {
+            const auto rows = static_cast<std::size_t>(sqlite3_column_int64(count, 0));
+            p.rowids.reserve(rows);
+            p.cells.reserve(rows * width);
+        }
+        sqlite3_reset(count);
+    }
     while (stmt->Step() == SQLITE_ROW) {
         p.rowids.push_back(first ? sqlite3_column_int64(s, 0) : static_cast<std::int64_t>(p.rowids.size()));
         const std::size_t at = p.cells.size();
@@ -593,11 +607,15 @@ void CDaoRecordset::Update()
         if (p.assigned[i] == '1')
             set.push_back(i);
     if (p.editMode == dbEditAdd) {
-        const std::string key = "A" + p.assigned;
-        sqlite3_stmt* s = nullptr;
-        if (auto it = p.writes.find(key); it != p.writes.end()) {
-            s = p.WriteStatement(key, std::string());
-        } else {
+        // The stored row is the edit buffer, unless a field left out gets a
+        // value from the table (a default); then the insert returns the row.
+        bool known = true;
+        for (std::size_t i = 0; i < width; ++i)
+            if (p.assigned[i] == '0' && !p.columns[i].autoIncrement && !p.columns[i].defaultValue.empty())
+                known = false;
+        const std::string key = (known ? "A" : "R") + p.assigned;
+        sqlite3_stmt* s = p.FindWrite(key);
+        if (!s) {
             if (set.empty()) {
                 sql = "INSERT INTO " + vx::QuoteName(p.table) + " DEFAULT VALUES";
             } else {
@@ -608,37 +626,57 @@ void CDaoRecordset::Update()
                 }
                 sql = "INSERT INTO " + vx::QuoteName(p.table) + " (" + names + ") VALUES (" + values + ")";
             }
-            s = p.WriteStatement(key, sql + p.Returning());
+            s = p.AddWrite(key, known ? sql : sql + p.Returning());
         }
         for (std::size_t k = 0; k < set.size(); ++k)
             vx::BindValue(s, static_cast<int>(k + 1), p.edit[set[k]]);
+        const std::size_t at = p.cells.size();
+        p.cells.resize(at + width);
         std::int64_t rowid = 0;
-        std::vector<DaoValue> row(width);
-        p.RunWrite(s, rowid, row.data());
+        try {
+            if (known) {
+                p.RunWrite(s, rowid, nullptr);
+                rowid = sqlite3_last_insert_rowid(p.db->conn);
+                for (std::size_t i = 0; i < width; ++i) {
+                    if (p.columns[i].autoIncrement) {
+                        p.cells[at + i].kind = DaoValue::Int;
+                        p.cells[at + i].i = rowid;
+                    } else {
+                        p.cells[at + i] = std::move(p.edit[i]);
+                    }
+                }
+            } else {
+                p.RunWrite(s, rowid, p.cells.data() + at);
+            }
+        } catch (...) {
+            p.cells.resize(at);
+            throw;
+        }
         p.rowids.push_back(rowid);
-        p.cells.insert(p.cells.end(), std::make_move_iterator(row.begin()), std::make_move_iterator(row.end()));
         p.stamps.push_back(0);
         p.Wrote(p.Count() - 1);
         p.lastModified = rowid;
     } else if (!set.empty()) {
         const std::string key = "E" + p.assigned;
-        sqlite3_stmt* s = nullptr;
-        if (auto it = p.writes.find(key); it != p.writes.end()) {
-            s = p.WriteStatement(key, std::string());
-        } else {
+        sqlite3_stmt* s = p.FindWrite(key);
+        if (!s) {
             sql = "UPDATE " + vx::QuoteName(p.table) + " SET ";
             for (std::size_t k = 0; k < set.size(); ++k)
                 sql += (k ? ", " : "") + vx::QuoteName(p.columns[set[k]].name) + "=?" + std::to_string(k + 1);
             sql += " WHERE rowid=?" + std::to_string(set.size() + 1);
-            s = p.WriteStatement(key, sql + p.Returning());
+            s = p.AddWrite(key, sql);
         }
         for (std::size_t k = 0; k < set.size(); ++k)
             vx::BindValue(s, static_cast<int>(k + 1), p.edit[set[k]]);
         const std::int64_t rowid = p.rowids[static_cast<std::size_t>(p.pos)];
         sqlite3_bind_int64(s, static_cast<int>(set.size() + 1), rowid);
-        std::int64_t returned = 0;
-        if (!p.RunWrite(s, returned, p.Row(p.pos)))
+        std::int64_t unused = 0;
+        p.RunWrite(s, unused, nullptr);
+        if (sqlite3_changes(p.db->conn) == 0)
             vx::ThrowDao(vx::kDaoRecordDeleted, "Record is deleted.");
+        DaoValue* row = p.Row(p.pos);
+        for (std::size_t k : set)
+            row[k] = std::move(p.edit[k]);
         p.Wrote(p.pos);
         p.lastModified = rowid;
     }
