@@ -3,31 +3,17 @@
 #include "base/displaystate.h"
 #include "base/vxglobals.h"
 #include "base/vxmessagebox.h"
+#include "config/kprofile.h"
 #include "platform/extensionmodule.h"
 #include "platform/fileapi.h"
 #include "platform/messagebox.h"
 #include "platform/messagepump.h"
 #include "platform/sysmetrics.h"
 
-#include <cstdlib>
 #include <cstring>
-#include <string>
 #include <vector>
 
 namespace {
-
-// The suite's settings directory. The user's configuration folder stands
-// in for the per-user application data folder of the original.
-std::string SuiteDirectory()
-{
-    if (const char* dir = std::getenv("VXBASE_WINDOWS_DIR"); dir && *dir)
-        return dir;
-    if (const char* config = std::getenv("XDG_CONFIG_HOME"); config && *config)
-        return std::string(config) + "/VEXAL";
-    if (const char* home = std::getenv("HOME"); home && *home)
-        return std::string(home) + "/.config/VEXAL";
-    return "/tmp";
-}
 
 HINSTANCE g_instance = nullptr;
 AFX_EXTENSION_MODULE g_module;
@@ -38,16 +24,9 @@ std::vector<void (*)()>& DetachHandlers()
     return handlers;
 }
 
-int ReadDualMonitorKey(const char*, int defaultValue)
+int ReadDualMonitorKey(const char* key, int defaultValue)
 {
-    return defaultValue;
-}
-
-void CopyCut(char* out, std::size_t size, const std::string& text)
-{
-    const std::size_t n = std::min(text.size(), size - 1);
-    std::memcpy(out, text.data(), n);
-    out[n] = 0;
+    return static_cast<int>(KProfile::GetProfileIntA("2Monitor", key, defaultValue, -1));
 }
 
 void AppendCut(char* out, std::size_t size, const char* text)
@@ -194,7 +173,11 @@ int Attach(HINSTANCE instance)
     // original would fail the load there, the port only repeats the file
     // steps.
     AfxInitExtensionModule(g_module, static_cast<HMODULE>(instance));
-    CopyCut(g_vexalprofiledir, sizeof g_vexalprofiledir, SuiteDirectory());
+    // A new attach works the directory out afresh, for a host or a test that
+    // changed the environment in between.
+    KProfile::m_sWindowsDir.Empty();
+    g_vexalprofiledir[0] = 0;
+    KProfile::GetWindowsDirectoryA(g_vexalprofiledir, sizeof g_vexalprofiledir);
     AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "\\");
     std::memcpy(g_vexalglobalprofiledir, g_vexalprofiledir, sizeof g_vexalglobalprofiledir);
     AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "VEXAL55.INI");
