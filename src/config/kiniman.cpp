@@ -8,37 +8,60 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
 
 namespace {
 
 // The line buffer of the original: a read takes at most 999 bytes.
 constexpr std::size_t kPieceMax = 999;
 // The working buffers for name, key and value held 500 bytes.
-constexpr std::size_t kFieldMax = 499;
+constexpr std::size_t kFieldSize = 500;
 
-// The next piece of a line as a text-mode read returns it: CR LF arrives as
-// LF, and a line longer than 999 bytes arrives in several pieces.
-bool NextPiece(const std::string& text, std::size_t& pos, std::string& piece)
-{
-    if (pos >= text.size())
-        return false;
-    piece.clear();
-    while (piece.size() < kPieceMax && pos < text.size()) {
-        char c = text[pos++];
-        if (c == '\r' && pos < text.size() && text[pos] == '\n') {
-            c = '\n';
-            ++pos;
+// Splits a file's text into the pieces a text-mode read of at most 999
+// bytes returns: CR LF arrives as LF, and a longer line arrives in several
+// pieces. Each piece is handed on without its line feed.
+class PieceReader {
+public:
+    explicit PieceReader(const std::string& text) : m_text(text) {}
+
+    bool Next(std::string_view& piece)
+    {
+        if (m_rest.empty()) {
+            if (m_pos >= m_text.size())
+                return false;
+            std::size_t end = m_text.find('\n', m_pos);
+            if (end == std::string::npos)
+                end = m_text.size();
+            std::string_view line(m_text.data() + m_pos, end - m_pos);
+            m_pos = end + 1;
+            if (!line.empty() && line.back() == '\r' && end < m_text.size())
+                line.remove_suffix(1);
+            // A line of exactly 999 bytes is followed by a piece holding only
+            // the line feed, which parses as an empty line: nothing.
+            if (line.size() <= kPieceMax) {
+                piece = line;
+                return true;
+            }
+            m_rest = line;
         }
-        piece += c;
-        if (c == '\n')
-            break;
+        piece = m_rest.substr(0, kPieceMax);
+        m_rest.remove_prefix(piece.size());
+        return true;
     }
-    return true;
-}
 
-CString Field(const char* begin, std::size_t length)
+private:
+    const std::string& m_text;
+    std::size_t m_pos = 0;
+    std::string_view m_rest;
+};
+
+// Copies a field into a working buffer, cut to what the buffer holds.
+const char* Field(char (&buffer)[kFieldSize], const char* begin, std::size_t length)
 {
-    return CString(begin, static_cast<int>(std::min(length, kFieldMax)));
+    length = std::min(length, kFieldSize - 1);
+    std::memcpy(buffer, begin, length);
+    buffer[length] = 0;
+    return buffer;
 }
 
 } // namespace
@@ -65,33 +88,37 @@ int KIniMan::ReadFile(const char* file, int flushFirst)
         return 0;
 
     KIniSection* current = nullptr;
-    std::size_t pos = 0;
-    std::string piece;
-    while (NextPiece(text, pos, piece)) {
+    PieceReader reader(text);
+    std::string_view piece;
+    char name[kFieldSize];
+    char key[kFieldSize];
+    char value[kFieldSize];
+    while (reader.Next(piece)) {
         // A zero byte ends the line for the parser, as it did for the C
         // string functions of the original.
-        const char* line = piece.c_str();
-        std::size_t length = std::strlen(line);
-        if (length > 0 && line[length - 1] == '\n')
-            --length;
+        const char* line = piece.data();
+        const void* zero = std::memchr(line, 0, piece.size());
+        const std::size_t length = zero ? static_cast<std::size_t>(static_cast<const char*>(zero) - line) : piece.size();
+        if (length == 0)
+            continue;
         if (line[0] == '[') {
             const void* close = std::memchr(line, ']', length);
             if (!close)
                 continue;
             const std::size_t nameLength = static_cast<std::size_t>(static_cast<const char*>(close) - line) - 1;
-            current = CreateSection(Field(line + 1, nameLength));
+            current = CreateSection(Field(name, line + 1, nameLength));
             continue;
         }
         const void* eq = std::memchr(line, '=', length);
         if (!eq)
             continue;
         const std::size_t keyLength = static_cast<std::size_t>(static_cast<const char*>(eq) - line);
-        const CString key = Field(line, keyLength);
-        const CString value = Field(line + keyLength + 1, length - keyLength - 1);
+        Field(key, line, keyLength);
+        Field(value, line + keyLength + 1, length - keyLength - 1);
         if (current)
             current->SetValue(key, value);
         else
-            m_Unsectioned.Add(key + "=" + value);
+            m_Unsectioned.Add(CString(key) + "=" + value);
     }
     return 1;
 }

@@ -32,24 +32,28 @@ private:
 
 bool ReadFd(int fd, std::string& out)
 {
-    out.clear();
+    // Read straight into the string, sized by the file; a file that grows
+    // meanwhile is read on to its end.
     struct stat st {};
-    if (fstat(fd, &st) == 0 && st.st_size > 0)
-        out.reserve(static_cast<std::size_t>(st.st_size));
-    char buffer[65536];
-    off_t offset = 0;
+    std::size_t capacity = fstat(fd, &st) == 0 && st.st_size > 0 ? static_cast<std::size_t>(st.st_size) + 1 : 4096;
+    out.resize(capacity);
+    std::size_t used = 0;
     for (;;) {
-        const ssize_t n = pread(fd, buffer, sizeof buffer, offset);
+        if (used == out.size())
+            out.resize(out.size() * 2);
+        const ssize_t n = pread(fd, out.data() + used, out.size() - used, static_cast<off_t>(used));
         if (n < 0) {
             if (errno == EINTR)
                 continue;
+            out.clear();
             return false;
         }
         if (n == 0)
-            return true;
-        out.append(buffer, static_cast<std::size_t>(n));
-        offset += n;
+            break;
+        used += static_cast<std::size_t>(n);
     }
+    out.resize(used);
+    return true;
 }
 
 bool WriteFd(int fd, const std::string& text)

@@ -108,33 +108,51 @@ std::vector<Line> SplitLines(std::string_view text)
     return lines;
 }
 
+// The offset of the line after the header of the first section named
+// `section`, or npos. Only the "[" bytes of the text are looked at, which
+// keeps a read of a large file quick.
+std::size_t FindSection(std::string_view text, std::string_view section)
+{
+    std::size_t pos = 0;
+    for (;;) {
+        const std::size_t bracket = text.find('[', pos);
+        if (bracket == std::string_view::npos)
+            return std::string_view::npos;
+        const std::size_t before = text.rfind('\n', bracket);
+        const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
+        std::size_t end = text.find('\n', bracket);
+        if (end == std::string_view::npos)
+            end = text.size();
+        pos = end;
+        if (text.substr(start, bracket - start).find_first_not_of(kBlanks) != std::string_view::npos)
+            continue; // a "[" inside a line
+        std::string_view raw = text.substr(start, end - start);
+        if (!raw.empty() && raw.back() == '\r')
+            raw.remove_suffix(1);
+        const Line line = Classify(raw);
+        if (line.kind == Line::Header && SameName(line.name, section))
+            return end + 1;
+    }
+}
+
 // Calls `fn` for each entry of the first section named `section`; `fn`
 // returns false to stop. Returns whether the section exists.
 template <class Fn>
 bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
 {
-    LineReader reader(text);
+    const std::size_t body = FindSection(text, section);
+    if (body == std::string_view::npos)
+        return false;
+    LineReader reader(body < text.size() ? text.substr(body) : std::string_view());
     std::string_view raw;
-    bool inside = false;
     while (reader.Next(raw)) {
-        // Only lines that may be headers need the full look until the
-        // section is found, which keeps a read of a large file quick.
-        if (!inside) {
-            const std::string_view t = TrimLeft(raw);
-            if (t.empty() || t[0] != '[')
-                continue;
-        }
         const Line line = Classify(raw);
-        if (line.kind == Line::Header) {
-            if (inside)
-                return true;
-            inside = SameName(line.name, section);
-        } else if (inside && line.kind == Line::Entry) {
-            if (!fn(line))
-                return true;
-        }
+        if (line.kind == Line::Header)
+            break;
+        if (line.kind == Line::Entry && !fn(line))
+            break;
     }
-    return inside;
+    return true;
 }
 
 bool FindValue(std::string_view text, std::string_view section, std::string_view key, std::string_view& value)
