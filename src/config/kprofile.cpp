@@ -4,12 +4,12 @@
 #include "config/numbertext_p.h"
 #include "platform/appdirs.h"
 #include "platform/atomicfile_p.h"
+#include "platform/cfile.h"
 #include "platform/fileapi.h"
+#include "platform/filefind.h"
 #include "platform/hostpath.h"
 #include "platform/mbstring.h"
 #include "platform/privateprofile.h"
-
-#include <dirent.h>
 
 #include <algorithm>
 #include <cstring>
@@ -174,7 +174,8 @@ namespace {
 
 bool Exists(const CString& path)
 {
-    return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+    CFileStatus status;
+    return CFile::GetStatus(path, status) != FALSE;
 }
 
 // Cuts one trailing separator and appends "\VEXAL". The folders of this
@@ -198,21 +199,6 @@ bool ReadAppData(unsigned int size, CString& dir)
         return false;
     dir = buffer.data();
     return true;
-}
-
-std::vector<CString> NamesIn(const CString& dir)
-{
-    std::vector<CString> names;
-    if (DIR* d = opendir(vx::HostPath(dir.View()).c_str())) {
-        while (const dirent* entry = readdir(d)) {
-            const std::string name = entry->d_name;
-            if (name != "." && name != "..")
-                names.emplace_back(vx::PathTextFromHost(name).c_str());
-        }
-        closedir(d);
-    }
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 // Copies `source` to `target` with the line of `key` in the section whose
@@ -274,11 +260,17 @@ void CopyFolders(const CString& common, const CString& user)
         const CString to = user + name;
         if (!Exists(from + ".") || Exists(to + "."))
             continue;
-        const std::vector<CString> files = NamesIn(from);
-        if (files.empty())
+        CFileFind finder;
+        BOOL more = finder.FindFile(from + "*.*");
+        if (!more)
             continue;
         CreateDirectoryA(to, nullptr);
-        for (const CString& file : files) {
+        while (more) {
+            more = finder.FindNextFile();
+            if (finder.IsDots())
+                continue;
+            const CString file = finder.GetFileName();
+            // A subfolder fails to copy as a file, and is left behind.
             CopyFileA(from + file, to + file, FALSE);
             if (_mbsicoll(file, "VXWIN55AT.INI") && _mbsicoll(file, "VXWIN55IT.INI"))
                 continue;

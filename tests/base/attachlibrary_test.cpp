@@ -5,7 +5,8 @@
 #include "platform/appdirs.h"
 #include "platform/sysmetrics.h"
 
-#include "support/scratchfiles.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -13,10 +14,10 @@
 #include <optional>
 #include <string>
 
-using vxtest::FileExists;
+using vxtest::PathExists;
 using vxtest::ReadBytes;
 using vxtest::ScopedEnv;
-using vxtest::ScratchDir;
+using vxtest::TempDir;
 using vxtest::WriteBytes;
 
 namespace {
@@ -26,7 +27,7 @@ namespace {
 class AttachTest : public ::testing::Test {
 protected:
     AttachTest()
-        : m_common("XDG_CONFIG_DIRS", m_dir / "xdg"), m_user("XDG_CONFIG_HOME", m_dir / "config")
+        : m_common("XDG_CONFIG_DIRS", m_dir.Path("xdg")), m_user("XDG_CONFIG_HOME", m_dir.Path("config"))
     {
         vx::SetWindowsDirectory(m_dir.Path());
         vx::TheDisplayState() = vx::DisplayState{};
@@ -39,10 +40,10 @@ protected:
         vx::TheDisplayState() = vx::DisplayState{};
     }
 
-    std::string NewFile() const { return m_dir / "VEXAL55.INI"; }
-    std::string OldFile() const { return m_dir / "VEXAL.INI"; }
+    std::string NewFile() const { return m_dir.Path("VEXAL55.INI"); }
+    std::string OldFile() const { return m_dir.Path("VEXAL.INI"); }
 
-    ScratchDir m_dir;
+    TempDir m_dir;
     ScopedEnv m_common;
     ScopedEnv m_user;
 };
@@ -56,10 +57,10 @@ TEST_F(AttachTest, FillsTheSuitePathsFromTheSettingsDirectory)
     EXPECT_STREQ(g_vexalglobalprofiledir, (m_dir.Path() + "\\VEXAL.INI").c_str());
 
     // With a suite file of the user's, the user folder wins.
-    std::filesystem::create_directories(m_dir / "config/VEXAL");
-    WriteBytes(m_dir / "config/VEXAL/VEXAL55.INI", "[S]\r\n");
+    std::filesystem::create_directories(m_dir.Path("config/VEXAL"));
+    WriteBytes(m_dir.Path("config/VEXAL/VEXAL55.INI"), "[S]\r\n");
     vx::AttachLibrary();
-    EXPECT_STREQ(g_vexalprofiledir, (m_dir / "config" + "\\VEXAL\\VEXAL55.INI").c_str());
+    EXPECT_STREQ(g_vexalprofiledir, (m_dir.Path("config") + "\\VEXAL\\VEXAL55.INI").c_str());
 }
 
 TEST_F(AttachTest, PromotesTheOlderSuiteFileOnlyWhenNoNewOneExists)
@@ -81,16 +82,16 @@ TEST_F(AttachTest, PromotesTheOlderSuiteFileOnlyWhenNoNewOneExists)
 
         if (row.hasNew) {
             EXPECT_EQ(ReadBytes(NewFile()), "[MISC]\r\nFrom=new\r\n");
-            EXPECT_EQ(FileExists(OldFile()), row.hasOld);
+            EXPECT_EQ(PathExists(OldFile()), row.hasOld);
             if (row.hasOld) {
                 EXPECT_EQ(ReadBytes(OldFile()), "[MISC]\r\nFrom=old\r\n");
             }
         } else if (row.hasOld) {
             EXPECT_EQ(ReadBytes(NewFile()), "[MISC]\r\nFrom=old\r\n");
-            EXPECT_FALSE(FileExists(OldFile()));
+            EXPECT_FALSE(PathExists(OldFile()));
         } else {
-            EXPECT_FALSE(FileExists(NewFile()));
-            EXPECT_FALSE(FileExists(OldFile()));
+            EXPECT_FALSE(PathExists(NewFile()));
+            EXPECT_FALSE(PathExists(OldFile()));
         }
     }
 }

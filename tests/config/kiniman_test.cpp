@@ -2,7 +2,8 @@
 #include "platform/messagebox.h"
 #include "platform/privateprofile.h"
 
-#include "support/scratchfiles.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +20,7 @@
 #include <string>
 
 using vxtest::ReadBytes;
-using vxtest::ScratchDir;
+using vxtest::TempDir;
 using vxtest::WriteBytes;
 
 namespace {
@@ -40,10 +41,10 @@ std::string Entries(KIniSection* section)
 }
 
 // A document that reads `text` from a file in `dir`.
-void Load(KIniMan& ini, const ScratchDir& dir, const std::string& text, const char* name = "doc.ini")
+void Load(KIniMan& ini, const TempDir& dir, const std::string& text, const char* name = "doc.ini")
 {
-    WriteBytes(dir / name, text);
-    ASSERT_TRUE(ini.ReadFile((dir / name).c_str(), 0));
+    WriteBytes(dir.Path(name), text);
+    ASSERT_TRUE(ini.ReadFile((dir.Path(name)).c_str(), 0));
 }
 
 } // namespace
@@ -93,7 +94,7 @@ TEST(KIniSection, KeysCompareWithCase)
 
 TEST(KIniMan, ParsesTheFileFormat)
 {
-    ScratchDir dir;
+    TempDir dir;
     KIniMan ini;
     Load(ini, dir,
          "[First] trailing text\r\n"
@@ -123,7 +124,7 @@ TEST(KIniMan, ParsesTheFileFormat)
 
 TEST(KIniMan, DuplicateSectionsAreBothKeptAndTheFirstIsFound)
 {
-    ScratchDir dir;
+    TempDir dir;
     {
         KIniMan ini;
         Load(ini, dir, "[A]\r\nx=1\r\n[B]\r\n[a]\r\nx=2\r\ny=3\r\n");
@@ -134,46 +135,46 @@ TEST(KIniMan, DuplicateSectionsAreBothKeptAndTheFirstIsFound)
         EXPECT_TRUE(ini.GetSectionAt(2)->GetValue("y", value));
         EXPECT_EQ(value, "3");
     }
-    EXPECT_EQ(ReadBytes(dir / "doc.ini"), "[A]\r\nx=1\r\n\r\n[B]\r\n\r\n[a]\r\nx=2\r\ny=3\r\n");
+    EXPECT_EQ(ReadBytes(dir.Path("doc.ini")), "[A]\r\nx=1\r\n\r\n[B]\r\n\r\n[a]\r\nx=2\r\ny=3\r\n");
 }
 
 TEST(KIniMan, EntriesBeforeTheFirstHeaderAreUnreachableButWrittenBack)
 {
-    ScratchDir dir;
+    TempDir dir;
     KIniMan ini;
     Load(ini, dir, "early=1\r\nno equals\r\n=x\r\n[S]\r\nk=v\r\n");
     EXPECT_EQ(ini.GetAnzSections(), 1);
     EXPECT_EQ(ini.ReadString("", "early", "none"), "none");
     EXPECT_EQ(ini.ReadString("S", "early", "none"), "none");
     ASSERT_TRUE(ini.Flush());
-    EXPECT_EQ(ReadBytes(dir / "doc.ini"), "early=1\r\n=x\r\n[S]\r\nk=v\r\n");
+    EXPECT_EQ(ReadBytes(dir.Path("doc.ini")), "early=1\r\n=x\r\n[S]\r\nk=v\r\n");
 }
 
 TEST(KIniMan, FlushWritesTheNormalForm)
 {
-    ScratchDir dir;
+    TempDir dir;
     KIniMan ini;
-    ini.ReadFile((dir / "new.ini").c_str(), 0);
+    ini.ReadFile((dir.Path("new.ini")).c_str(), 0);
     ini.WriteString("One", "b", "2");
     ini.WriteString("One", "a", "1");
     ini.CreateSection("Empty");
     ini.WriteString("Two", "", "skipped");
     ini.WriteString("Two", "multi", "line1\nline2");
     ASSERT_TRUE(ini.Flush());
-    EXPECT_EQ(ReadBytes(dir / "new.ini"),
+    EXPECT_EQ(ReadBytes(dir.Path("new.ini")),
               "[One]\r\nb=2\r\na=1\r\n\r\n[Empty]\r\n\r\n[Two]\r\nmulti=line1\r\nline2\r\n");
 
     // The value with a line feed comes back cut at it.
     KIniMan again;
-    again.ReadFile((dir / "new.ini").c_str(), 0);
+    again.ReadFile((dir.Path("new.ini")).c_str(), 0);
     EXPECT_EQ(again.ReadString("Two", "multi", ""), "line1");
 }
 
 TEST(KIniMan, TypedValuesKeepTheirOddForms)
 {
-    ScratchDir dir;
+    TempDir dir;
     KIniMan ini;
-    ini.ReadFile((dir / "t.ini").c_str(), 0);
+    ini.ReadFile((dir.Path("t.ini")).c_str(), 0);
     ini.WriteInt("T", "int", -12);
     ini.WriteDouble("T", "double", 2.5);
     ini.WriteFloat("T", "float", 0.1f);
@@ -196,10 +197,10 @@ TEST(KIniMan, TypedValuesKeepTheirOddForms)
 TEST(KIniMan, NumbersIgnoreTheHostLocale)
 {
     // Build a Polish locale for this test when the system has none.
-    ScratchDir dir;
+    TempDir dir;
     std::optional<vxtest::ScopedEnv> locpath;
     if (!std::setlocale(LC_ALL, "pl_PL.UTF-8") && !std::setlocale(LC_ALL, "de_DE.UTF-8")) {
-        const std::string command = "localedef -i pl_PL -f ISO-8859-2 " + (dir / "pl_PL") + " >/dev/null 2>&1";
+        const std::string command = "localedef -i pl_PL -f ISO-8859-2 " + (dir.Path("pl_PL")) + " >/dev/null 2>&1";
         if (std::system(command.c_str()) != 0)
             GTEST_SKIP() << "no locale with a decimal comma, and localedef cannot make one";
         locpath.emplace("LOCPATH", dir.Path());
@@ -253,13 +254,13 @@ TEST(KIniMan, NullKeyDeletesSectionsButSkipsTheNeighbourThatSlidIn)
 
 TEST(KIniMan, NullKeyOnAMissingSectionStoresUnderTheEmptyKey)
 {
-    ScratchDir dir;
+    TempDir dir;
     KIniMan ini;
-    ini.ReadFile((dir / "n.ini").c_str(), 0);
+    ini.ReadFile((dir.Path("n.ini")).c_str(), 0);
     ini.WriteString("S", nullptr, "x");
     EXPECT_EQ(ini.ReadString("S", "", "none"), "x");
     ASSERT_TRUE(ini.Flush());
-    EXPECT_EQ(ReadBytes(dir / "n.ini"), "[S]\r\n");
+    EXPECT_EQ(ReadBytes(dir.Path("n.ini")), "[S]\r\n");
 }
 
 TEST(KIniMan, ReadSectionFillsTheProfileLayout)
@@ -289,7 +290,7 @@ TEST(KIniMan, ReadSectionFillsTheProfileLayout)
 
 TEST(KIniMan, LongLinesArriveInPiecesAndLongFieldsAreCut)
 {
-    ScratchDir dir;
+    TempDir dir;
     const std::string longValue(4996, 'v');
     // The second piece of this line holds a "=" and so becomes an entry.
     const std::string split = "s=" + std::string(997, 'w') + "tail=end";
@@ -310,7 +311,7 @@ TEST(KIniMan, LongLinesArriveInPiecesAndLongFieldsAreCut)
 
 TEST(KIniMan, BinaryJunkReadsAndFlushesAsAWellFormedFile)
 {
-    ScratchDir dir;
+    TempDir dir;
     std::mt19937 random(11);
     std::string junk(50000, '\0');
     for (char& c : junk)
@@ -325,7 +326,7 @@ TEST(KIniMan, BinaryJunkReadsAndFlushesAsAWellFormedFile)
 
     // Every line of the result is a header, an entry or the empty line
     // between sections, and ends in CR LF.
-    const std::string text = ReadBytes(dir / "doc.ini");
+    const std::string text = ReadBytes(dir.Path("doc.ini"));
     std::size_t pos = 0;
     int lines = 0;
     while (pos < text.size()) {
@@ -338,15 +339,15 @@ TEST(KIniMan, BinaryJunkReadsAndFlushesAsAWellFormedFile)
     }
     EXPECT_GT(lines, 3);
     KIniMan again;
-    again.ReadFile((dir / "doc.ini").c_str(), 0);
+    again.ReadFile((dir.Path("doc.ini")).c_str(), 0);
     EXPECT_EQ(again.ReadInt("Real", "n", 0), 1);
 }
 
 TEST(KIniMan, AnUnreadableFileLeavesAnEmptyDocumentAndIsNotOverwritten)
 {
-    ScratchDir dir;
+    TempDir dir;
     chmod(dir.Path().c_str(), 0777);
-    const std::string file = dir / "locked.ini";
+    const std::string file = dir.Path("locked.ini");
     EXPECT_TRUE(vxtest::RunUnprivileged([&] {
         WriteBytes(file, "[S]\r\nk=precious\r\n");
         chmod(file.c_str(), 0);
@@ -364,9 +365,9 @@ TEST(KIniMan, AnUnreadableFileLeavesAnEmptyDocumentAndIsNotOverwritten)
 
 TEST(KIniMan, AFailedFlushKeepsTheDocumentAndTheFile)
 {
-    ScratchDir dir;
+    TempDir dir;
     chmod(dir.Path().c_str(), 0777);
-    const std::string sub = dir / "ro";
+    const std::string sub = dir.Path("ro");
     const std::string file = sub + "/s.ini";
     EXPECT_TRUE(vxtest::RunUnprivileged([&] {
         ASSERT_EQ(mkdir(sub.c_str(), 0755), 0);
@@ -387,30 +388,30 @@ TEST(KIniMan, AFailedFlushKeepsTheDocumentAndTheFile)
 
 TEST(KIniMan, ReadFileFlushesTheOldFileOnlyWhenAsked)
 {
-    ScratchDir dir;
-    WriteBytes(dir / "a.ini", "[A]\r\nk=1\r\n");
-    WriteBytes(dir / "b.ini", "[B]\r\nk=2\r\n");
+    TempDir dir;
+    WriteBytes(dir.Path("a.ini"), "[A]\r\nk=1\r\n");
+    WriteBytes(dir.Path("b.ini"), "[B]\r\nk=2\r\n");
     KIniMan ini;
-    ini.ReadFile((dir / "a.ini").c_str(), 0);
+    ini.ReadFile((dir.Path("a.ini")).c_str(), 0);
     ini.WriteString("A", "k", "changed");
-    ini.ReadFile((dir / "b.ini").c_str(), 0);
-    EXPECT_EQ(ReadBytes(dir / "a.ini"), "[A]\r\nk=1\r\n");
+    ini.ReadFile((dir.Path("b.ini")).c_str(), 0);
+    EXPECT_EQ(ReadBytes(dir.Path("a.ini")), "[A]\r\nk=1\r\n");
     EXPECT_EQ(ini.ReadString("A", "k", "none"), "none");
     ini.WriteString("B", "k", "changed");
-    ini.ReadFile((dir / "missing.ini").c_str(), 1);
-    EXPECT_EQ(ReadBytes(dir / "b.ini"), "[B]\r\nk=changed\r\n");
+    ini.ReadFile((dir.Path("missing.ini")).c_str(), 1);
+    EXPECT_EQ(ReadBytes(dir.Path("b.ini")), "[B]\r\nk=changed\r\n");
     EXPECT_EQ(ini.GetAnzSections(), 0);
 }
 
 TEST(KIniMan, TheDestructorWritesAndAnUnboundDocumentFailsQuietly)
 {
-    ScratchDir dir;
+    TempDir dir;
     {
         KIniMan ini;
-        ini.ReadFile((dir / "later.ini").c_str(), 0);
+        ini.ReadFile((dir.Path("later.ini")).c_str(), 0);
         ini.WriteString("S", "k", "v");
     }
-    EXPECT_EQ(ReadBytes(dir / "later.ini"), "[S]\r\nk=v\r\n");
+    EXPECT_EQ(ReadBytes(dir.Path("later.ini")), "[S]\r\nk=v\r\n");
     KIniMan unbound;
     unbound.WriteString("S", "k", "v");
     EXPECT_EQ(unbound.Flush(), 0);
@@ -418,7 +419,7 @@ TEST(KIniMan, TheDestructorWritesAndAnUnboundDocumentFailsQuietly)
 
 TEST(KIniMan, ShowsTheWaitCursorWhileReadingAndWriting)
 {
-    ScratchDir dir;
+    TempDir dir;
     int busy = 0;
     int calls = 0;
     vx::SetWaitCursorHook([&](bool on) {
@@ -427,7 +428,7 @@ TEST(KIniMan, ShowsTheWaitCursorWhileReadingAndWriting)
     });
     {
         KIniMan ini;
-        ini.ReadFile((dir / "w.ini").c_str(), 0);
+        ini.ReadFile((dir.Path("w.ini")).c_str(), 0);
         ini.Flush();
     }
     vx::SetWaitCursorHook(nullptr);
@@ -437,8 +438,8 @@ TEST(KIniMan, ShowsTheWaitCursorWhileReadingAndWriting)
 
 TEST(KIniMan, KeepsPermissionsAndWaitsForAPrivateProfileWriter)
 {
-    ScratchDir dir;
-    const std::string file = dir / "shared.ini";
+    TempDir dir;
+    const std::string file = dir.Path("shared.ini");
     WriteBytes(file, "[S]\r\n");
     chmod(file.c_str(), 0600);
     KIniMan ini;

@@ -2,7 +2,8 @@
 #include "config/kprofile.h"
 #include "platform/appdirs.h"
 
-#include "support/scratchfiles.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -13,10 +14,10 @@
 #include <optional>
 #include <string>
 
-using vxtest::FileExists;
+using vxtest::PathExists;
 using vxtest::ReadBytes;
 using vxtest::ScopedEnv;
-using vxtest::ScratchDir;
+using vxtest::TempDir;
 using vxtest::WriteBytes;
 
 namespace {
@@ -41,14 +42,14 @@ protected:
     static void SetPath(char* global, const std::string& file) { std::strcpy(global, file.c_str()); }
 
     // Gives every scope its own file in `dir`.
-    static void SetAllPaths(const ScratchDir& dir)
+    static void SetAllPaths(const TempDir& dir)
     {
-        SetPath(g_vexalglobalprofiledir, dir / "VEXAL.INI");
-        SetPath(g_vexalprofiledir, dir / "VEXAL55.INI");
-        SetPath(g_profiledirAT, dir / "VXWIN55AT.INI");
-        SetPath(g_profiledirIT, dir / "VXWIN55IT.INI");
-        SetPath(g_projectprofiledirAT, dir / "PROJEKTAT.INI");
-        SetPath(g_projectprofiledirIT, dir / "PROJEKTIT.INI");
+        SetPath(g_vexalglobalprofiledir, dir.Path("VEXAL.INI"));
+        SetPath(g_vexalprofiledir, dir.Path("VEXAL55.INI"));
+        SetPath(g_profiledirAT, dir.Path("VXWIN55AT.INI"));
+        SetPath(g_profiledirIT, dir.Path("VXWIN55IT.INI"));
+        SetPath(g_projectprofiledirAT, dir.Path("PROJEKTAT.INI"));
+        SetPath(g_projectprofiledirIT, dir.Path("PROJEKTIT.INI"));
     }
 };
 
@@ -56,7 +57,7 @@ protected:
 
 TEST_F(KProfileTest, EachScopeReachesItsFile)
 {
-    ScratchDir dir;
+    TempDir dir;
     SetAllPaths(dir);
     const struct {
         int scope;
@@ -75,14 +76,14 @@ TEST_F(KProfileTest, EachScopeReachesItsFile)
         g_MainframeType = row.program;
         const std::string key = "K" + std::to_string(row.scope) + "_" + std::to_string(row.program);
         ASSERT_EQ(KProfile::WriteProfileStringA("S", key.c_str(), "v", row.scope), 1);
-        EXPECT_NE(ReadBytes(dir / row.file).find(key + "=v"), std::string::npos);
+        EXPECT_NE(ReadBytes(dir.Path(row.file)).find(key + "=v"), std::string::npos);
         EXPECT_EQ(KProfile::GetProfileStringA("S", key.c_str(), "d", row.scope), "v");
     }
 }
 
 TEST_F(KProfileTest, ABoundDocumentTakesTheCallExceptForTheOlderSuiteFile)
 {
-    ScratchDir dir;
+    TempDir dir;
     SetAllPaths(dir);
     KIniMan suite;
     KIniMan globalIT;
@@ -96,9 +97,9 @@ TEST_F(KProfileTest, ABoundDocumentTakesTheCallExceptForTheOlderSuiteFile)
     EXPECT_EQ(suite.ReadString("S", "k", ""), "mem");
     EXPECT_EQ(globalIT.ReadInt("S", "n", 0), 4);
     EXPECT_EQ(KProfile::GetProfileIntA("S", "n", 0, 20), 4u);
-    EXPECT_FALSE(FileExists(dir / "VEXAL55.INI"));
-    EXPECT_FALSE(FileExists(dir / "VXWIN55IT.INI"));
-    EXPECT_EQ(ReadBytes(dir / "VEXAL.INI"), "[S]\r\nk=disk\r\n");
+    EXPECT_FALSE(PathExists(dir.Path("VEXAL55.INI")));
+    EXPECT_FALSE(PathExists(dir.Path("VXWIN55IT.INI")));
+    EXPECT_EQ(ReadBytes(dir.Path("VEXAL.INI")), "[S]\r\nk=disk\r\n");
 
     // A null key or value deletes, in memory as on the disk.
     KProfile::WriteProfileStringA("S", "k", nullptr, -1);
@@ -106,7 +107,7 @@ TEST_F(KProfileTest, ABoundDocumentTakesTheCallExceptForTheOlderSuiteFile)
     KProfile::WriteProfileInt("S", nullptr, 0, 0);
     EXPECT_EQ(globalIT.GetAnzSections(), 0);
     KProfile::WriteProfileStringA("S", nullptr, nullptr, -2);
-    EXPECT_EQ(ReadBytes(dir / "VEXAL.INI"), "");
+    EXPECT_EQ(ReadBytes(dir.Path("VEXAL.INI")), "");
 }
 
 TEST_F(KProfileTest, AScopeWithoutFileGivesEmptyTextButTheDefaultNumber)
@@ -126,7 +127,7 @@ TEST_F(KProfileTest, AScopeWithoutFileGivesEmptyTextButTheDefaultNumber)
 
 TEST_F(KProfileTest, CharactersTravelAsNumbersAndFloatsWithSixDecimals)
 {
-    ScratchDir dir;
+    TempDir dir;
     SetAllPaths(dir);
     EXPECT_EQ(KProfile::WriteProfileChar("S", "c", '\xE9', 10), 1);
     EXPECT_EQ(KProfile::GetProfileStringA("S", "c", "", 10), "-23");
@@ -147,7 +148,7 @@ TEST_F(KProfileTest, CharactersTravelAsNumbersAndFloatsWithSixDecimals)
 
 TEST_F(KProfileTest, SectionsReadTheSameFromDocumentAndDisk)
 {
-    ScratchDir dir;
+    TempDir dir;
     SetAllPaths(dir);
     KProfile::WriteProfileStringA("S", "a", "1", 10);
     KProfile::WriteProfileStringA("S", "b", "x=y", 10);
@@ -181,13 +182,13 @@ TEST_F(KProfileTest, AHugeSectionIsCutAtTwentyThousandBytes)
     EXPECT_EQ(text.Left(20), "key0=vvvvvvvvvv|key1");
     EXPECT_EQ(text.Right(3), "www");
 
-    ScratchDir dir;
-    SetPath(g_vexalprofiledir, dir / "big.ini");
+    TempDir dir;
+    SetPath(g_vexalprofiledir, dir.Path("big.ini"));
     m_pVexalIni = nullptr;
     std::string file = "[Big]\r\n";
     for (int i = 0; i < 3000; ++i)
         file += "key" + std::to_string(i) + "=vvvvvvvvvv\r\n";
-    WriteBytes(dir / "big.ini", file);
+    WriteBytes(dir.Path("big.ini"), file);
     const CString disk = KProfile::GetProfileSectionA("Big", "", -1);
     EXPECT_EQ(disk.GetLength(), 19998);
 }
@@ -201,21 +202,21 @@ namespace {
 class SettingsMachine {
 public:
     SettingsMachine()
-        : m_common("XDG_CONFIG_DIRS", m_dir / "xdg"), m_user("XDG_CONFIG_HOME", m_dir / "config"),
-          m_temp("TEMP", m_dir / "tmp")
+        : m_common("XDG_CONFIG_DIRS", m_dir.Path("xdg")), m_user("XDG_CONFIG_HOME", m_dir.Path("config")),
+          m_temp("TEMP", m_dir.Path("tmp"))
     {
-        std::filesystem::create_directories(m_dir / "xdg");
-        std::filesystem::create_directories(m_dir / "windows");
-        vx::SetWindowsDirectory(m_dir / "windows");
+        std::filesystem::create_directories(m_dir.Path("xdg"));
+        std::filesystem::create_directories(m_dir.Path("windows"));
+        vx::SetWindowsDirectory(m_dir.Path("windows"));
     }
     ~SettingsMachine() { vx::SetWindowsDirectory(""); }
 
-    std::string operator/(const std::string& name) const { return m_dir / name; }
-    std::string Common(const std::string& name) const { return m_dir / ("xdg/VEXAL/" + name); }
-    std::string User(const std::string& name) const { return m_dir / ("config/VEXAL/" + name); }
+    std::string operator/(const std::string& name) const { return m_dir.Path(name); }
+    std::string Common(const std::string& name) const { return m_dir.Path("xdg/VEXAL/" + name); }
+    std::string User(const std::string& name) const { return m_dir.Path("config/VEXAL/" + name); }
     // The directory texts as the library forms them.
-    std::string UserText() const { return (m_dir / "config") + "\\VEXAL"; }
-    std::string WindowsText() const { return m_dir / "windows"; }
+    std::string UserText() const { return (m_dir.Path("config")) + "\\VEXAL"; }
+    std::string WindowsText() const { return m_dir.Path("windows"); }
 
     void Put(const std::string& path, const std::string& text) const
     {
@@ -224,7 +225,7 @@ public:
     }
 
 private:
-    ScratchDir m_dir;
+    TempDir m_dir;
     ScopedEnv m_common;
     ScopedEnv m_user;
     ScopedEnv m_temp;
@@ -247,7 +248,7 @@ TEST_F(KProfileTest, WithoutSuiteFilesTheWindowsDirectoryIsUsed)
     unsigned n = 0;
     EXPECT_EQ(SettingsDirectory(260, &n), machine.WindowsText());
     EXPECT_EQ(n, machine.WindowsText().size() + 1);
-    EXPECT_FALSE(FileExists(machine / "config"));
+    EXPECT_FALSE(PathExists(machine / "config"));
 }
 
 TEST_F(KProfileTest, WithoutAppDataTheWindowsDirectoryIsUsed)
@@ -310,9 +311,10 @@ TEST_F(KProfileTest, TheFirstRunCopiesTheMachineSettingsToTheUser)
     EXPECT_EQ(ReadBytes(machine.User("VEXAL55/vxwin55it.ini")),
               "[Konfig Verzeichnisse]\r\nPFADPROJ=x\r\n[Next]\r\nPFADTEMP=kept\r\n");
     EXPECT_EQ(ReadBytes(machine.User("VEXAL55/plain.txt")), "plain");
-    EXPECT_FALSE(FileExists(machine.User("VEXAL55/nested")));
+    EXPECT_FALSE(PathExists(machine.User("VEXAL55/nested")));
     EXPECT_EQ(ReadBytes(machine.User("VEXAL55_S/symbols.dat")), "symbols");
-    EXPECT_FALSE(FileExists(machine.User("VEXAL55_HLK")));
+    // An empty folder still lists "." and "..", so it is made, empty.
+    EXPECT_TRUE(std::filesystem::is_empty(machine.User("VEXAL55_HLK")));
     EXPECT_NE(ReadBytes(machine.Common("VEXAL55/VXWIN55AT.INI")).find("C:\\TEMP\\"), std::string::npos);
 }
 
@@ -327,7 +329,7 @@ TEST_F(KProfileTest, TheFirstRunLeavesWhatTheUserHas)
     // The user folder is made, the suite file copied, the user's folder kept.
     EXPECT_EQ(SettingsDirectory(), machine.UserText());
     EXPECT_EQ(ReadBytes(machine.User("VEXAL55/a.txt")), "common");
-    EXPECT_FALSE(FileExists(machine.User("VEXAL55_S/s.txt")));
+    EXPECT_FALSE(PathExists(machine.User("VEXAL55_S/s.txt")));
 
     // Once the user has the suite file, nothing is copied again.
     KProfile::m_sWindowsDir.Empty();
@@ -335,7 +337,7 @@ TEST_F(KProfileTest, TheFirstRunLeavesWhatTheUserHas)
     std::filesystem::remove_all(machine.User("VEXAL55"));
     EXPECT_EQ(SettingsDirectory(), machine.UserText());
     EXPECT_EQ(ReadBytes(machine.User("VEXAL55.INI")), "[MISC]\r\nFrom=user\r\n");
-    EXPECT_FALSE(FileExists(machine.User("VEXAL55")));
+    EXPECT_FALSE(PathExists(machine.User("VEXAL55")));
 }
 
 TEST_F(KProfileTest, AFreshAccountGetsItsConfigurationFolder)

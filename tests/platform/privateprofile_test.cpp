@@ -1,7 +1,8 @@
 #include "platform/appdirs.h"
 #include "platform/privateprofile.h"
 
-#include "support/scratchfiles.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +17,7 @@
 #include <string>
 
 using vxtest::ReadBytes;
-using vxtest::ScratchDir;
+using vxtest::TempDir;
 using vxtest::WriteBytes;
 
 namespace {
@@ -52,20 +53,20 @@ const char* kCommented = "; settings of the suite\r\n"
 
 TEST(PrivateProfile, ReadsWithoutRegardToCaseAndTrimsBlanks)
 {
-    ScratchDir dir;
-    const std::string file = dir / "a.ini";
+    TempDir dir;
+    const std::string file = dir.Path("a.ini");
     WriteBytes(file, "[Sec]\n  Key = some value  \nOther=1\n");
     EXPECT_EQ(Get("sec", "KEY", "d", file), "some value");
     EXPECT_EQ(Get(" SEC ", " key ", "d", file), "some value");
     EXPECT_EQ(Get("Sec", "Missing", "dflt  ", file), "dflt");
     EXPECT_EQ(Get("Sec", "Missing", nullptr, file), "");
-    EXPECT_EQ(Get("Sec", "Key", "d", dir / "none.ini"), "d");
+    EXPECT_EQ(Get("Sec", "Key", "d", dir.Path("none.ini")), "d");
 }
 
 TEST(PrivateProfile, StripsMatchingQuotesOnly)
 {
-    ScratchDir dir;
-    const std::string file = dir / "q.ini";
+    TempDir dir;
+    const std::string file = dir.Path("q.ini");
     WriteBytes(file, "[S]\r\nd=\"x y\"\r\ns='q'\r\nhalf=\"x\r\nmixed=\"x'\r\n");
     EXPECT_EQ(Get("S", "d", "", file), "x y");
     EXPECT_EQ(Get("S", "s", "", file), "q");
@@ -75,8 +76,8 @@ TEST(PrivateProfile, StripsMatchingQuotesOnly)
 
 TEST(PrivateProfile, CutsValuesAndListsToTheBuffer)
 {
-    ScratchDir dir;
-    const std::string file = dir / "c.ini";
+    TempDir dir;
+    const std::string file = dir.Path("c.ini");
     WriteBytes(file, "[S]\r\nlong=abcdefgh\r\nb=2\r\n[T]\r\n");
     char buffer[5];
     EXPECT_EQ(GetPrivateProfileStringA("S", "long", "", buffer, sizeof buffer, file.c_str()), 4u);
@@ -98,8 +99,8 @@ TEST(PrivateProfile, CutsValuesAndListsToTheBuffer)
 
 TEST(PrivateProfile, ConvertsNumbersAsTheDesktopDid)
 {
-    ScratchDir dir;
-    const std::string file = dir / "n.ini";
+    TempDir dir;
+    const std::string file = dir.Path("n.ini");
     WriteBytes(file, "[N]\r\nplain=42\r\ntail=55zz\r\nword=zz\r\nneg=-7\r\nhex=0x1F\r\nempty=\r\nbig=4294967297\r\n");
     const char* f = file.c_str();
     EXPECT_EQ(GetPrivateProfileIntA("N", "plain", 9, f), 42u);
@@ -114,8 +115,8 @@ TEST(PrivateProfile, ConvertsNumbersAsTheDesktopDid)
 
 TEST(PrivateProfile, ReadsASectionAsZeroSeparatedEntries)
 {
-    ScratchDir dir;
-    const std::string file = dir / "s.ini";
+    TempDir dir;
+    const std::string file = dir.Path("s.ini");
     WriteBytes(file, "[S]\r\n; note\r\na = 1\r\nno equals here\r\nb=x=y\r\n[Empty]\r\n");
     char buffer[64];
     std::memset(buffer, 'x', sizeof buffer);
@@ -136,8 +137,8 @@ TEST(PrivateProfile, ReadsASectionAsZeroSeparatedEntries)
 
 TEST(PrivateProfile, WriteKeepsCommentsOrderAndOtherLines)
 {
-    ScratchDir dir;
-    const std::string file = dir / "w.ini";
+    TempDir dir;
+    const std::string file = dir.Path("w.ini");
     WriteBytes(file, kCommented);
 
     ASSERT_TRUE(WritePrivateProfileStringA("process", "LEVEL", "3", file.c_str()));
@@ -164,18 +165,18 @@ TEST(PrivateProfile, WriteKeepsCommentsOrderAndOtherLines)
 
 TEST(PrivateProfile, CreatesAMissingFileButNoDirectory)
 {
-    ScratchDir dir;
-    const std::string file = dir / "new.ini";
+    TempDir dir;
+    const std::string file = dir.Path("new.ini");
     ASSERT_TRUE(WritePrivateProfileStringA("S", "k", "v", file.c_str()));
     EXPECT_EQ(ReadBytes(file), "[S]\r\nk=v\r\n");
-    EXPECT_FALSE(WritePrivateProfileStringA("S", "k", "v", (dir / "sub/new.ini").c_str()));
-    EXPECT_FALSE(vxtest::FileExists(dir / "sub"));
+    EXPECT_FALSE(WritePrivateProfileStringA("S", "k", "v", (dir.Path("sub/new.ini")).c_str()));
+    EXPECT_FALSE(vxtest::PathExists(dir.Path("sub")));
 }
 
 TEST(PrivateProfile, NullValueDeletesTheKeyAndNullKeyEverySectionOfThatName)
 {
-    ScratchDir dir;
-    const std::string file = dir / "d.ini";
+    TempDir dir;
+    const std::string file = dir.Path("d.ini");
     WriteBytes(file, "[A]\r\nk=1\r\nK=2\r\nj=3\r\n[B]\r\nk=4\r\n; about A\r\n[a]\r\nk=5\r\n[C]\r\nc=6\r\n");
 
     ASSERT_TRUE(WritePrivateProfileStringA("A", "k", nullptr, file.c_str()));
@@ -193,14 +194,14 @@ TEST(PrivateProfile, NullValueDeletesTheKeyAndNullKeyEverySectionOfThatName)
     struct stat after {};
     stat(file.c_str(), &after);
     EXPECT_EQ(before.st_ino, after.st_ino);
-    EXPECT_TRUE(WritePrivateProfileStringA("S", nullptr, nullptr, (dir / "missing.ini").c_str()));
-    EXPECT_FALSE(vxtest::FileExists(dir / "missing.ini"));
+    EXPECT_TRUE(WritePrivateProfileStringA("S", nullptr, nullptr, (dir.Path("missing.ini")).c_str()));
+    EXPECT_FALSE(vxtest::PathExists(dir.Path("missing.ini")));
 }
 
 TEST(PrivateProfile, RefusesWhatCouldNotBeReadBack)
 {
-    ScratchDir dir;
-    const std::string file = dir / "r.ini";
+    TempDir dir;
+    const std::string file = dir.Path("r.ini");
     WriteBytes(file, "[S]\r\nk=v\r\n");
     const char* f = file.c_str();
     EXPECT_FALSE(WritePrivateProfileStringA(nullptr, "k", "v", f));
@@ -215,8 +216,8 @@ TEST(PrivateProfile, RefusesWhatCouldNotBeReadBack)
 
 TEST(PrivateProfile, EntriesBeforeTheFirstHeaderAreKeptButNeverRead)
 {
-    ScratchDir dir;
-    const std::string file = dir / "p.ini";
+    TempDir dir;
+    const std::string file = dir.Path("p.ini");
     WriteBytes(file, "k=early\r\n[S]\r\nk=late\r\n");
     EXPECT_EQ(Get("S", "k", "", file), "late");
     EXPECT_EQ(Get("", "k", "none", file), "none");
@@ -226,8 +227,8 @@ TEST(PrivateProfile, EntriesBeforeTheFirstHeaderAreKeptButNeverRead)
 
 TEST(PrivateProfile, DuplicateSectionsAndKeysUseTheFirst)
 {
-    ScratchDir dir;
-    const std::string file = dir / "dup.ini";
+    TempDir dir;
+    const std::string file = dir.Path("dup.ini");
     WriteBytes(file, "[A]\r\nk=1\r\nk=2\r\n[A]\r\nk=3\r\nonly=4\r\n");
     EXPECT_EQ(Get("A", "k", "", file), "1");
     EXPECT_EQ(Get("A", "only", "none", file), "none");
@@ -238,8 +239,8 @@ TEST(PrivateProfile, DuplicateSectionsAndKeysUseTheFirst)
 
 TEST(PrivateProfile, EqualsSignsAndEmptyValuesSurvive)
 {
-    ScratchDir dir;
-    const std::string file = dir / "e.ini";
+    TempDir dir;
+    const std::string file = dir.Path("e.ini");
     WriteBytes(file, "[S]\r\na=b=c\r\nempty=\r\n");
     EXPECT_EQ(Get("S", "a", "", file), "b=c");
     EXPECT_EQ(Get("S", "empty", "dflt", file), "");
@@ -253,8 +254,8 @@ TEST(PrivateProfile, EqualsSignsAndEmptyValuesSurvive)
 
 TEST(PrivateProfile, ALineOf5000BytesReadsWholeAndSurvivesAWrite)
 {
-    ScratchDir dir;
-    const std::string file = dir / "long.ini";
+    TempDir dir;
+    const std::string file = dir.Path("long.ini");
     const std::string value(4996, 'v');
     WriteBytes(file, "[S]\r\nkey=" + value + "\r\n");
     EXPECT_EQ(Get("S", "key", "", file), value);
@@ -264,8 +265,8 @@ TEST(PrivateProfile, ALineOf5000BytesReadsWholeAndSurvivesAWrite)
 
 TEST(PrivateProfile, BinaryJunkIsReadSafelyAndKeptOnWrite)
 {
-    ScratchDir dir;
-    const std::string file = dir / "junk.ini";
+    TempDir dir;
+    const std::string file = dir.Path("junk.ini");
     std::mt19937 random(7);
     std::string junk(20000, '\0');
     for (char& c : junk)
@@ -289,9 +290,9 @@ TEST(PrivateProfile, BinaryJunkIsReadSafelyAndKeptOnWrite)
 
 TEST(PrivateProfile, AnUnreadableFileGivesDefaultsAndIsNotReplaced)
 {
-    ScratchDir dir;
+    TempDir dir;
     chmod(dir.Path().c_str(), 0777);
-    const std::string file = dir / "locked.ini";
+    const std::string file = dir.Path("locked.ini");
     EXPECT_TRUE(vxtest::RunUnprivileged([&] {
         WriteBytes(file, "[S]\r\nk=secret\r\n");
         chmod(file.c_str(), 0);
@@ -309,9 +310,9 @@ TEST(PrivateProfile, AnUnreadableFileGivesDefaultsAndIsNotReplaced)
 
 TEST(PrivateProfile, AnUnwritableDirectoryFailsTheWriteAndKeepsTheFile)
 {
-    ScratchDir dir;
+    TempDir dir;
     chmod(dir.Path().c_str(), 0777);
-    const std::string sub = dir / "ro";
+    const std::string sub = dir.Path("ro");
     const std::string file = sub + "/s.ini";
     EXPECT_TRUE(vxtest::RunUnprivileged([&] {
         ASSERT_EQ(mkdir(sub.c_str(), 0755), 0);
@@ -327,9 +328,9 @@ TEST(PrivateProfile, AnUnwritableDirectoryFailsTheWriteAndKeepsTheFile)
 
 TEST(PrivateProfile, KeepsPermissionsAndFollowsLinks)
 {
-    ScratchDir dir;
-    const std::string file = dir / "target.ini";
-    const std::string link = dir / "link.ini";
+    TempDir dir;
+    const std::string file = dir.Path("target.ini");
+    const std::string link = dir.Path("link.ini");
     WriteBytes(file, "[S]\r\n");
     chmod(file.c_str(), 0640);
     ASSERT_EQ(symlink(file.c_str(), link.c_str()), 0);
@@ -344,12 +345,12 @@ TEST(PrivateProfile, KeepsPermissionsAndFollowsLinks)
 
 TEST(PrivateProfile, ABareFileNameLiesInTheWindowsDirectory)
 {
-    ScratchDir dir;
+    TempDir dir;
     vx::SetWindowsDirectory(dir.Path());
     EXPECT_TRUE(WritePrivateProfileStringA("S", "k", "v", "BARE.INI"));
     EXPECT_EQ(Get("S", "k", "", "BARE.INI"), "v");
     vx::SetWindowsDirectory("");
-    EXPECT_EQ(ReadBytes(dir / "BARE.INI"), "[S]\r\nk=v\r\n");
+    EXPECT_EQ(ReadBytes(dir.Path("BARE.INI")), "[S]\r\nk=v\r\n");
 }
 
 namespace {
@@ -390,8 +391,8 @@ bool WellFormed(const std::string& text)
 
 TEST(PrivateProfile, TwoProcessesWritingOneFileLoseNothing)
 {
-    ScratchDir dir;
-    const std::string file = dir / "shared.ini";
+    TempDir dir;
+    const std::string file = dir.Path("shared.ini");
     std::fflush(nullptr);
     pid_t writers[2];
     for (int id = 0; id < 2; ++id) {
@@ -408,7 +409,7 @@ TEST(PrivateProfile, TwoProcessesWritingOneFileLoseNothing)
     bool seen = false;
     while (running > 0) {
         const std::string text = ReadBytes(file);
-        if (!text.empty() || vxtest::FileExists(file)) {
+        if (!text.empty() || vxtest::PathExists(file)) {
             seen = seen || !text.empty();
             ++looks;
             ASSERT_TRUE(WellFormed(text)) << text;

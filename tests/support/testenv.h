@@ -1,7 +1,10 @@
-// Test helpers for code that works on real files: a scratch directory that
-// cleans up after itself, whole-file reads and writes, environment
-// variables set for the length of a test, and running a piece of a test as
-// an ordinary user (permission bits mean nothing to root).
+// Test support for code that works on real files (with tempdir.h): whole
+// files read and written by host path, environment variables set for the
+// length of a test, and a piece of a test run as an ordinary user, since
+// permission bits mean nothing to root.
+//
+//   vxtest::ScopedEnv home("XDG_CONFIG_HOME", dir.Path("config"));
+//   EXPECT_TRUE(vxtest::RunUnprivileged([&] { ... EXPECT_... }));
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +15,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -20,39 +22,6 @@
 #include <string>
 
 namespace vxtest {
-
-// A fresh directory under the system's temporary directory, removed with
-// everything in it at the end of the scope.
-class ScratchDir {
-public:
-    ScratchDir()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vxtest-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            ADD_FAILURE() << "mkdtemp failed";
-        m_path = pattern;
-    }
-    ~ScratchDir()
-    {
-        std::error_code ec;
-        // Give back the permissions a test took away, so that all goes.
-        for (auto it = std::filesystem::recursive_directory_iterator(m_path, ec);
-             it != std::filesystem::recursive_directory_iterator(); it.increment(ec)) {
-            if (it->is_directory(ec))
-                chmod(it->path().c_str(), 0777);
-        }
-        chmod(m_path.c_str(), 0777);
-        std::filesystem::remove_all(m_path, ec);
-    }
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-
-    const std::string& Path() const { return m_path; }
-    std::string operator/(const std::string& name) const { return m_path + "/" + name; }
-
-private:
-    std::string m_path;
-};
 
 inline void WriteBytes(const std::string& path, const std::string& bytes)
 {
@@ -65,12 +34,6 @@ inline std::string ReadBytes(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-inline bool FileExists(const std::string& path)
-{
-    struct stat st {};
-    return lstat(path.c_str(), &st) == 0;
 }
 
 // Sets (or with nullopt unsets) an environment variable until the end of
