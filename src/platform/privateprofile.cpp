@@ -4,6 +4,7 @@
 #include "platform/atomicfile_p.h"
 #include "platform/hostpath.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -186,7 +187,8 @@ bool Load(const char* file, std::string& text)
 DWORD CopyText(std::string_view text, char* buffer, DWORD size)
 {
     const std::size_t n = std::min<std::size_t>(text.size(), size - 1);
-    std::memcpy(buffer, text.data(), n);
+    // An empty view may have no data at all, which memcpy must not see.
+    std::copy_n(text.data(), n, buffer);
     buffer[n] = 0;
     return static_cast<DWORD>(n);
 }
@@ -205,12 +207,12 @@ DWORD CopyList(const Texts& items, char* buffer, DWORD size)
         const std::string_view text(item);
         if (pos + text.size() + 2 > size) {
             if (pos + 2 <= size)
-                std::memcpy(buffer + pos, text.data(), size - 2 - pos);
+                std::copy_n(text.data(), size - 2 - pos, buffer + pos);
             buffer[size - 2] = 0;
             buffer[size - 1] = 0;
             return size - 2;
         }
-        std::memcpy(buffer + pos, text.data(), text.size());
+        std::copy_n(text.data(), text.size(), buffer + pos);
         pos += text.size();
         buffer[pos++] = 0;
     }

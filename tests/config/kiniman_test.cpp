@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <optional>
 #include <random>
-#include <regex>
 #include <string>
 
 using vxtest::ReadBytes;
