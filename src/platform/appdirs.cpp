@@ -23,8 +23,8 @@ std::string Env(const char* name)
     return value ? std::string(value) : std::string();
 }
 
-// XDG gives both variables as absolute paths; a relative one is to be
-// ignored, which the specification of the base directories asks for.
+// The XDG base directory rules want absolute paths and a relative one
+// ignored.
 bool Usable(const std::string& dir)
 {
     return !dir.empty() && dir[0] == '/';
