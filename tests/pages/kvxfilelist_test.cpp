@@ -265,7 +265,7 @@ TEST_F(FileListTest, CopiesTheListIntoABuffer)
     list.CollectPages(0);
     char buffer[200];
     EXPECT_EQ(list.CopyListToBuffer(buffer, sizeof buffer, ListPageTexts), 5);
-    EXPECT_EQ(std::string(buffer, 30), std::string("0001\0" "0002\0" "0002a\0" "0002b\0" "0010\0", 30));
+    EXPECT_EQ(std::string(buffer, 27), std::string("0001\0" "0002\0" "0002a\0" "0002b\0" "0010\0", 27));
     EXPECT_EQ(list.CopyListToBuffer(buffer, sizeof buffer, ListFileNames), 5);
     EXPECT_STREQ(buffer, "plan.0001");
     std::memset(buffer, '#', sizeof buffer);
