@@ -6,6 +6,9 @@
 #include "platform/mbstring.h"
 #include "platform/messagebox.h"
 
+#include <sys/stat.h>
+
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -17,42 +20,39 @@ constexpr std::size_t kPieceMax = 999;
 // The working buffers for name, key and value held 500 bytes.
 constexpr std::size_t kFieldSize = 500;
 
-// Splits a file's text into the pieces a text-mode read of at most 999
-// bytes returns: CR LF arrives as LF, and a longer line arrives in several
-// pieces. Each piece is handed on without its line feed.
+// Reads a file in the pieces a text-mode read of at most 999 bytes
+// returned: CR LF arrives as LF, and a longer line arrives in several
+// pieces. Each piece is handed on without its line end and up to its first
+// zero byte, as the original's C string functions saw it.
 class PieceReader {
 public:
-    explicit PieceReader(const std::string& text) : m_text(text) {}
+    explicit PieceReader(FILE* file) : m_file(file) {}
 
     bool Next(std::string_view& piece)
     {
-        if (m_rest.empty()) {
-            if (m_pos >= m_text.size())
-                return false;
-            std::size_t end = m_text.find('\n', m_pos);
-            if (end == std::string::npos)
-                end = m_text.size();
-            std::string_view line(m_text.data() + m_pos, end - m_pos);
-            m_pos = end + 1;
-            if (!line.empty() && line.back() == '\r' && end < m_text.size())
-                line.remove_suffix(1);
-            // A line of exactly 999 bytes is followed by a piece holding only
-            // the line feed, which parses as an empty line: nothing.
-            if (line.size() <= kPieceMax) {
-                piece = line;
-                return true;
-            }
-            m_rest = line;
+        if (!std::fgets(m_buffer, sizeof m_buffer, m_file))
+            return false;
+        std::size_t length = std::strlen(m_buffer);
+        if (length > 0 && m_buffer[length - 1] == '\n') {
+            --length;
+            if (length > 0 && m_buffer[length - 1] == '\r')
+                --length;
+        } else if (length == kPieceMax && m_buffer[length - 1] == '\r') {
+            // The CR of a CR LF that the read cut apart: text mode counted
+            // the pair as one byte.
+            const int next = std::getc(m_file);
+            if (next == '\n')
+                --length;
+            else if (next != EOF)
+                std::ungetc(next, m_file);
         }
-        piece = m_rest.substr(0, kPieceMax);
-        m_rest.remove_prefix(piece.size());
+        piece = std::string_view(m_buffer, length);
         return true;
     }
 
 private:
-    const std::string& m_text;
-    std::size_t m_pos = 0;
-    std::string_view m_rest;
+    FILE* m_file;
+    char m_buffer[kPieceMax + 1];
 };
 
 // Copies a field into a working buffer, cut to what the buffer holds.
@@ -83,22 +83,28 @@ int KIniMan::ReadFile(const char* file, int flushFirst)
     }
     vx::WaitCursor wait;
     m_FileName = file;
-    std::string text;
-    if (m_FileName.IsEmpty() || !vx::ReadWholeFile(vx::HostPath(m_FileName.View()), text))
+    if (m_FileName.IsEmpty())
         return 0;
+    FILE* stream = std::fopen(vx::HostPath(m_FileName.View()).c_str(), "rb");
+    if (!stream)
+        return 0;
+    // A directory opens on Linux, but is no file to read.
+    struct stat st {};
+    if (fstat(fileno(stream), &st) != 0 || S_ISDIR(st.st_mode)) {
+        std::fclose(stream);
+        return 0;
+    }
+    std::setvbuf(stream, nullptr, _IOFBF, 1 << 16);
 
     KIniSection* current = nullptr;
-    PieceReader reader(text);
+    PieceReader reader(stream);
     std::string_view piece;
     char name[kFieldSize];
     char key[kFieldSize];
     char value[kFieldSize];
     while (reader.Next(piece)) {
-        // A zero byte ends the line for the parser, as it did for the C
-        // string functions of the original.
         const char* line = piece.data();
-        const void* zero = std::memchr(line, 0, piece.size());
-        const std::size_t length = zero ? static_cast<std::size_t>(static_cast<const char*>(zero) - line) : piece.size();
+        const std::size_t length = piece.size();
         if (length == 0)
             continue;
         if (line[0] == '[') {
@@ -120,6 +126,7 @@ int KIniMan::ReadFile(const char* file, int flushFirst)
         else
             m_Unsectioned.Add(CString(key) + "=" + value);
     }
+    std::fclose(stream);
     return 1;
 }
 
