@@ -169,13 +169,15 @@ void CShadeButtonST::SetShade(UINT shade, BYTE granularity, BYTE highlight, BYTE
         for (long y = 0; y < h; ++y) {
             const long long t = 255LL * y / h - 127;
             const long base = static_cast<long>(cube(t) / 16384 * ((64 - g) * 2) / 128 + 128);
-            const long long limit = d ? ((static_cast<long long>(p) * y - p * h / 2) * (y - h / 2)) / d - p + w / 2 : 0;
+            // Too narrow or too low for rounded ends: the plain bump stays.
+            const bool ends = p > 0 && d > 0;
+            const long long limit = ends ? ((static_cast<long long>(p) * y - p * h / 2) * (y - h / 2)) / d - p + w / 2 : 0;
             for (long x = 0; x < w; ++x) {
                 const long u = x - w / 2;
                 long v = base;
-                if (p > 0 && u > limit)
+                if (ends && u > limit)
                     v = 128 * (w - x) / p + g;
-                else if (p > 0 && u + limit < 0)
+                else if (ends && u + limit < 0)
                     v = top - 128 * x / p;
                 put(x, y, v + noise());
             }

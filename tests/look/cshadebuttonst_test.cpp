@@ -169,6 +169,19 @@ TEST_F(ShadeTest, ZeroSizeLeavesTheFacesAsTheyWere)
     EXPECT_EQ(button.HorizontalDots().GetPixelIndex(1, 0), 255);
 }
 
+TEST_F(ShadeTest, TinyButtonsShadeEveryWay)
+{
+    for (const CSize size : {CSize(1, 1), CSize(2, 1), CSize(1, 3), CSize(5, 2), CSize(7, 1)}) {
+        button.MoveWindow(0, 0, size.cx, size.cy);
+        for (UINT shade = 0; shade <= 9; ++shade) {
+            SCOPED_TRACE(testing::Message() << size.cx << "x" << size.cy << " shade " << shade);
+            button.SetShade(shade, 8, 10, 0, 0);
+            ASSERT_EQ(button.NormalFace().GetWidth(), size.cx);
+            ASSERT_EQ(button.NormalFace().GetHeight(), size.cy);
+        }
+    }
+}
+
 TEST_F(ShadeTest, PaintsTheNormalFaceAndTheHoverFaceWhenHovered)
 {
     button.SetWindowText("");
