@@ -101,8 +101,10 @@ public:
     virtual void Save(class DaoDatabasePrivate& db, const std::string& path) = 0;
     // Whether the file can be written at all.
     virtual bool CanUpdate() const = 0;
-    // A table that was created since the load, or whose rows changed.
+    // A table that was created since the load.
     virtual void TableCreated(const std::string&) {}
+    // Another name under which the file knows table `name` ("" if none).
+    virtual std::string AlternateName(const std::string&) const { return std::string(); }
 };
 // The driver for a connect text, or null for "" (an SQLite file). Unknown
 // connect texts raise 3170.
