@@ -126,7 +126,7 @@ void DaoDatabasePrivate::Configure(bool writable)
         // The write-ahead log commits without waiting for the disk and keeps
         // every commit through a crash of the program. Network file systems
         // can't share its index, so files there keep a rollback journal.
-        const bool remote = GetDriveTypeA(DirectoryOf(host).c_str()) == DRIVE_REMOTE;
+        const bool remote = DriveTypeOfHostPath(DirectoryOf(host)) == DRIVE_REMOTE;
         try {
             Exec(remote ? "PRAGMA journal_mode=DELETE" : "PRAGMA journal_mode=WAL");
         } catch (CDaoException& e) {
