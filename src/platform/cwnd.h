@@ -361,6 +361,10 @@ class VXBASE_EXPORT CFrameWnd : public CWnd {
 public:
     CFrameWnd();
     ~CFrameWnd() override;
+
+    // Modal dialogs open over the frame; a modal loop raises it while it
+    // runs, so that the frame is not closed under it.
+    int m_cModalStack = 0;
 };
 
 class VXBASE_EXPORT CMDIFrameWnd : public CFrameWnd {

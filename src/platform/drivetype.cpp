@@ -6,11 +6,7 @@
 
 UINT GetDriveTypeA(const char* rootPath)
 {
-    return vx::DriveTypeOfHostPath(vx::HostPath(rootPath && *rootPath ? rootPath : "/"));
-}
-
-UINT vx::DriveTypeOfHostPath(const std::string& host)
-{
+    const std::string host = vx::HostPath(rootPath && *rootPath ? rootPath : "/");
     struct statfs fs {};
     if (statfs(host.c_str(), &fs) != 0)
         return DRIVE_NO_ROOT_DIR;

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <mutex>
 
+#include <unistd.h>
+
 namespace vx {
 namespace {
 
@@ -138,4 +140,33 @@ void AfxAbort()
         return;
     }
     std::abort();
+}
+
+namespace vx {
+namespace {
+BeepHook g_beepHook;
+} // namespace
+
+BeepHook SetBeepHook(BeepHook hook)
+{
+    std::lock_guard lock(g_lock);
+    BeepHook old = std::move(g_beepHook);
+    g_beepHook = std::move(hook);
+    return old;
+}
+
+} // namespace vx
+
+BOOL MessageBeep(UINT type)
+{
+    vx::BeepHook hook;
+    {
+        std::lock_guard lock(vx::g_lock);
+        hook = vx::g_beepHook;
+    }
+    if (hook)
+        hook(type);
+    else if (isatty(2))
+        std::fputc('\a', stderr);
+    return TRUE;
 }

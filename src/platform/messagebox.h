@@ -65,3 +65,13 @@ VXBASE_EXPORT int AfxMessageBox(UINT id, UINT type = MB_OK, UINT help = static_c
 VXBASE_EXPORT int MessageBoxA(HWND owner, const char* text, const char* caption, UINT type);
 // Ends the program at once (see vx::SetAbortHook).
 VXBASE_EXPORT void AfxAbort();
+
+namespace vx {
+// What MessageBeep does: a host installs its sound; without one, the
+// terminal bell rings on standard error when that is a terminal.
+using BeepHook = std::function<void(UINT type)>;
+VXBASE_EXPORT BeepHook SetBeepHook(BeepHook hook);
+} // namespace vx
+
+// The system's beep for a kind of message (0xFFFFFFFF: the plain beep).
+VXBASE_EXPORT BOOL MessageBeep(UINT type);

@@ -134,7 +134,16 @@ void ServeSources()
 
 int WaitMs(int timeoutMs)
 {
-    const int fd = MessagePumpFd();
+    // Every change of the queue and the timers already keeps the signals
+    // true, so the pump's own waits skip the resync of MessagePumpFd (three
+    // system calls on each message of the window bus).
+    int fd;
+    {
+        Queue& q = TheQueue();
+        std::lock_guard lock(q.lock);
+        EnsureFdsLocked(q);
+        fd = q.epfd;
+    }
     pollfd p{fd, POLLIN, 0};
     return poll(&p, 1, timeoutMs);
 }

@@ -6,8 +6,14 @@
 
 #include "platform/wintypes.h"
 
+#include <sys/types.h>
+
 namespace vx::detail {
 
 void DropWindowMessages(HWND hwnd);
+
+// This process's id, without a system call each time: every message asks
+// whether its window is local. Kept true across fork.
+pid_t CurrentProcessId();
 
 } // namespace vx::detail

@@ -3,9 +3,11 @@
 #include "platform/messagepump.h"
 #include "platform/messagequeue_p.h"
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -26,6 +28,13 @@ struct Table {
     RemoteWindows* remote = nullptr;
     std::unordered_map<std::string, UINT> messages;
 };
+
+std::atomic<pid_t> g_pid{0};
+
+void RememberProcessId()
+{
+    g_pid.store(getpid(), std::memory_order_relaxed);
+}
 
 Table& TheTable()
 {
@@ -77,7 +86,7 @@ bool DescribeAny(HWND h, WindowRecord& out)
             out.hwnd = h;
             out.title = e->info.title;
             out.className = e->info.className;
-            out.processId = getpid();
+            out.processId = detail::CurrentProcessId();
             return true;
         }
         remote = t.remote;
@@ -87,8 +96,27 @@ bool DescribeAny(HWND h, WindowRecord& out)
 
 } // namespace
 
+pid_t detail::CurrentProcessId()
+{
+    pid_t pid = g_pid.load(std::memory_order_relaxed);
+    if (pid == 0) {
+        static const int once = pthread_atfork(nullptr, nullptr, RememberProcessId);
+        (void)once;
+        RememberProcessId();
+        pid = g_pid.load(std::memory_order_relaxed);
+    }
+    return pid;
+}
+
 MessageTarget::~MessageTarget() = default;
 RemoteWindows::~RemoteWindows() = default;
+
+BOOL RemoteWindows::Show(HWND, int)
+{
+    return FALSE;
+}
+
+void RemoteWindows::LocalWindowChanged(HWND) {}
 
 HWND RegisterWindow(MessageTarget* target, const WindowInfo& info)
 {
@@ -96,7 +124,7 @@ HWND RegisterWindow(MessageTarget* target, const WindowInfo& info)
     std::lock_guard lock(t.lock);
     const std::uint32_t serial = t.nextSerial++;
     t.windows[serial] = Entry{target, info};
-    return MakeHandle(getpid(), serial);
+    return MakeHandle(detail::CurrentProcessId(), serial);
 }
 
 void UnregisterWindow(HWND hwnd)
@@ -109,6 +137,8 @@ void UnregisterWindow(HWND hwnd)
         t.windows.erase(Serial(hwnd));
     }
     detail::DropWindowMessages(hwnd);
+    if (RemoteWindows* remote = GetRemoteWindows())
+        remote->LocalWindowChanged(hwnd);
 }
 
 MessageTarget* FindTarget(HWND hwnd)
@@ -130,9 +160,17 @@ void SetWindowVisible(HWND hwnd, bool visible)
 void SetWindowTitle(HWND hwnd, const char* title)
 {
     Table& t = TheTable();
-    std::lock_guard lock(t.lock);
-    if (Entry* e = FindLocked(t, hwnd))
+    RemoteWindows* remote;
+    {
+        std::lock_guard lock(t.lock);
+        Entry* e = FindLocked(t, hwnd);
+        if (!e)
+            return;
         e->info.title = title ? title : "";
+        remote = t.remote;
+    }
+    if (remote)
+        remote->LocalWindowChanged(hwnd);
 }
 
 pid_t HandleProcess(HWND hwnd)
@@ -142,7 +180,7 @@ pid_t HandleProcess(HWND hwnd)
 
 bool IsLocalHandle(HWND hwnd)
 {
-    return hwnd && hwnd != HWND_BROADCAST && HandleProcess(hwnd) == getpid();
+    return hwnd && hwnd != HWND_BROADCAST && HandleProcess(hwnd) == detail::CurrentProcessId();
 }
 
 void SetRemoteWindows(RemoteWindows* remote)
@@ -173,7 +211,7 @@ LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
             std::lock_guard lock(t.lock);
             for (const auto& [serial, e] : t.windows) {
                 if (!e.info.parent)
-                    local.push_back(MakeHandle(getpid(), serial));
+                    local.push_back(MakeHandle(detail::CurrentProcessId(), serial));
             }
             remote = t.remote;
         }
@@ -253,7 +291,7 @@ BOOL EnumWindows(WNDENUMPROC proc, LPARAM lParam)
         std::lock_guard lock(t.lock);
         for (const auto& [serial, e] : t.windows) {
             if (!e.info.parent)
-                handles.push_back(MakeHandle(getpid(), serial));
+                handles.push_back(MakeHandle(detail::CurrentProcessId(), serial));
         }
         remote = t.remote;
     }
@@ -291,8 +329,10 @@ HWND GetParent(HWND hwnd)
 
 BOOL ShowWindow(HWND hwnd, int command)
 {
-    if (!IsLocalHandle(hwnd))
-        return FALSE;
+    if (!IsLocalHandle(hwnd)) {
+        RemoteWindows* remote = GetRemoteWindows();
+        return hwnd && hwnd != HWND_BROADCAST && remote ? remote->Show(hwnd, command) : FALSE;
+    }
     const bool before = IsWindowVisible(hwnd);
     const bool show = command != SW_HIDE;
     SetWindowVisible(hwnd, show);

@@ -76,6 +76,11 @@ public:
     virtual bool IsAlive(HWND hwnd) = 0;
     virtual LRESULT Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) = 0;
     virtual bool Post(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) = 0;
+    // ShowWindow on a window of another process; FALSE if it cannot reach it.
+    virtual BOOL Show(HWND hwnd, int command);
+    // Called when a window of this process changed its title or left the
+    // table, so that what other processes see stays true.
+    virtual void LocalWindowChanged(HWND hwnd);
 };
 // Installs (or with null removes) the cross-process side. Not owned.
 VXBASE_EXPORT void SetRemoteWindows(RemoteWindows* remote);
@@ -107,7 +112,8 @@ VXBASE_EXPORT BOOL EnumWindows(WNDENUMPROC proc, LPARAM lParam);
 VXBASE_EXPORT DWORD GetWindowThreadProcessId(HWND hwnd, DWORD* processId);
 VXBASE_EXPORT HWND GetParent(HWND hwnd);
 // Shows or hides through the window itself (WM_SHOWWINDOW reaches it);
-// returns whether it was visible before.
+// returns whether it was visible before. A window of another process is
+// shown by that process, through the window bus.
 VXBASE_EXPORT BOOL ShowWindow(HWND hwnd, int command);
 VXBASE_EXPORT BOOL SetForegroundWindow(HWND hwnd);
 // Sends WM_DESTROY and removes the window from the table.
