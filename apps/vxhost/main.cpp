@@ -3,8 +3,10 @@
 //   vxhost              a short tour of what the library does
 //   vxhost help         the list of commands
 //   vxhost CMD ARGS...  one command
+//   vxhost --as AT|IT   one program of the suite (see partnerhost.h)
 #include "democommand.h"
 #include "hostframe.h"
+#include "partnerhost.h"
 
 #include <vxbase.h>
 
@@ -71,6 +73,10 @@ int Tour()
 
 int main(int argc, char** argv)
 {
+    // As AT or IT (vxhost --as AT, or a link named AT or IT), vxhost is one
+    // program of the suite.
+    if (int rc = 0; vxhost::PartnerMain(argc, argv, rc))
+        return rc;
     SortCommands();
     vxhost::HostFrame frame;
     frame.Start();

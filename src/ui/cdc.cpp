@@ -7,8 +7,6 @@
 
 #include "platform/cwnd.h"
 
-#include <utility>
-
 CDC::CDC() = default;
 
 CDC::~CDC()

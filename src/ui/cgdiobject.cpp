@@ -8,7 +8,6 @@
 #include "platform/cwnd.h"
 
 #include <cstring>
-#include <utility>
 
 namespace {
 

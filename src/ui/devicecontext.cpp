@@ -3,8 +3,6 @@
 #include "platform/cwnd.h"
 #include "platform/sysmetrics.h"
 
-#include <utility>
-
 namespace vx::gdi {
 namespace {
 

@@ -16,7 +16,6 @@
 #include <QWheelEvent>
 
 #include <vector>
-#include <utility>
 
 namespace vx {
 namespace {

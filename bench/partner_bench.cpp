@@ -1,0 +1,212 @@
+// The round trip of a request with a reply over the partner link between
+// two processes (InitPartner, SendPartner, the partner's reply sent back
+// within the request, ExitPartner, ClosePartner), beside a bare Unix-socket
+// ping-pong of the same bytes between two processes: a block of the
+// request's size out, one of the reply's size back.
+//
+// The partner is a child process (made by fork before anything else runs)
+// with a frame that answers ID 1000 with a reply as large as the request.
+// Both sides keep their settings, log and window bus in a temporary
+// directory.
+#include <vxbase.h>
+
+#include <benchmark/benchmark.h>
+
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using KData = KProcessIO::KData;
+
+constexpr ProcessIDType kRequest = ProcessIDType(1000);
+constexpr int kPayload = 100;
+// A block's bytes: the payload, the link's margin of 1000 and the fixed 38.
+constexpr int kBlockBytes = kPayload + 1000 + 38;
+
+// The program on either side: answers requests with a reply of the same
+// payload size, and takes replies over.
+class Frame : public CMDIFrameWnd {
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message != WM_COPYDATA)
+            return CMDIFrameWnd::WindowProc(message, wParam, lParam);
+        KData* block = vx::AcceptPartnerBlock(reinterpret_cast<const COPYDATASTRUCT*>(lParam));
+        if (!block)
+            return 0;
+        if (block->m_ID == vx::kPartnerReply || block->m_ID == vx::kPartnerReplyTaken)
+            return KProcessIO::ClosePartner(block);
+        char payload[kPayload];
+        block->Read(payload, kPayload);
+        KData* reply = KProcessIO::InitPartner(vx::kPartnerReply, kPayload, block);
+        if (!reply)
+            return 0;
+        reply->Write(payload, kPayload);
+        KProcessIO::SendPartner(reinterpret_cast<HWND>(wParam), reply);
+        KProcessIO::ExitPartner(reply, 0);
+        return 1;
+    }
+};
+
+void StartProgram(Frame& frame, MainframeType type, const char* title)
+{
+    vx::AttachLibrary();
+    g_MainframeType = type;
+    frame.CreateEx(title, "AfxMDIFrame42");
+    g_pDLLMainframe = &frame;
+    AfxSetMainWnd(&frame);
+    KProcessIO::Init(type, &frame, "", SW_SHOWNORMAL);
+}
+
+bool ReadAll(int fd, char* bytes, std::size_t size)
+{
+    while (size) {
+        const ssize_t n = read(fd, bytes, size);
+        if (n <= 0)
+            return false;
+        bytes += n;
+        size -= static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+bool WriteAll(int fd, const char* bytes, std::size_t size)
+{
+    while (size) {
+        const ssize_t n = write(fd, bytes, size);
+        if (n <= 0)
+            return false;
+        bytes += n;
+        size -= static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+struct Pair {
+    std::string dir;
+    pid_t partner = 0;
+    pid_t echo = 0;
+    int bare = -1;
+    Frame* frame = nullptr;
+    HWND partnerWindow = nullptr;
+    bool ok = false;
+};
+
+void EndPair();
+
+Pair& ThePair()
+{
+    static Pair* pair = [] {
+        auto* p = new Pair;
+        char pattern[] = "/tmp/vxbench-XXXXXX";
+        if (!mkdtemp(pattern))
+            return p;
+        p->dir = pattern;
+        for (const char* name : {"settings", "config", "run"})
+            std::filesystem::create_directory(p->dir + "/" + name);
+        setenv("VXBASE_WINDOWS_DIR", (p->dir + "/settings").c_str(), 1);
+        setenv("XDG_CONFIG_HOME", (p->dir + "/config").c_str(), 1);
+        setenv("XDG_CONFIG_DIRS", (p->dir + "/config").c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", (p->dir + "/run").c_str(), 1);
+
+        // The bare echo: the same bytes back and forth, nothing else.
+        int sockets[2];
+        socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets);
+        p->echo = fork();
+        if (p->echo == 0) {
+            close(sockets[0]);
+            std::vector<char> block(kBlockBytes);
+            while (ReadAll(sockets[1], block.data(), block.size()) &&
+                   WriteAll(sockets[1], block.data(), block.size())) {
+            }
+            _exit(0);
+        }
+        close(sockets[1]);
+        p->bare = sockets[0];
+
+        // The partner program.
+        p->partner = fork();
+        if (p->partner == 0) {
+            // The partner confirms a program by its process name.
+            prctl(PR_SET_NAME, "IT", 0, 0, 0);
+            Frame frame;
+            StartProgram(frame, MainframeIT, "VEXAL 5.5 Instalacja Bench");
+            vx::RunMessageLoop();
+            _exit(0);
+        }
+        p->frame = new Frame;
+        StartProgram(*p->frame, MainframeAT, "VEXAL 5.5 Bench");
+        vx::PumpFor(5000, [p] { return (p->partnerWindow = KProcessIO::GetVxProg(MainframeIT, 0, 1)) != nullptr; });
+        p->ok = p->partnerWindow != nullptr;
+        std::atexit(EndPair);
+        return p;
+    }();
+    return *pair;
+}
+
+void EndPair()
+{
+    Pair& p = ThePair();
+    kill(p.partner, SIGKILL);
+    kill(p.echo, SIGKILL);
+    waitpid(p.partner, nullptr, 0);
+    waitpid(p.echo, nullptr, 0);
+    vx::ResetPartnerLink();
+    vx::StopWindowBus();
+    std::error_code ec;
+    std::filesystem::remove_all(p.dir, ec);
+}
+
+void BM_PartnerRoundTrip(benchmark::State& state)
+{
+    Pair& p = ThePair();
+    if (!p.ok) {
+        state.SkipWithError("the partner did not come up");
+        return;
+    }
+    char payload[kPayload];
+    std::memset(payload, 'p', sizeof payload);
+    for (auto _ : state) {
+        KData* request = KProcessIO::InitPartner(kRequest, kPayload, nullptr);
+        request->Write(payload, kPayload);
+        const int result = KProcessIO::SendPartner(p.partnerWindow, request);
+        KData* reply = KProcessIO::ExitPartner(request, result);
+        if (!reply) {
+            state.SkipWithError("no reply");
+            return;
+        }
+        reply->Read(payload, kPayload);
+        KProcessIO::ClosePartner(reply);
+        benchmark::DoNotOptimize(payload[0]);
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * 2 * kBlockBytes);
+}
+
+void BM_BareSocketPingPong(benchmark::State& state)
+{
+    Pair& p = ThePair();
+    std::vector<char> block(kBlockBytes, 'b');
+    for (auto _ : state) {
+        if (!WriteAll(p.bare, block.data(), block.size()) || !ReadAll(p.bare, block.data(), block.size())) {
+            state.SkipWithError("the echo ended");
+            return;
+        }
+        benchmark::DoNotOptimize(block[0]);
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * 2 * kBlockBytes);
+}
+
+} // namespace
+
+BENCHMARK(BM_PartnerRoundTrip)->UseRealTime()->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(BM_BareSocketPingPong)->UseRealTime()->Repetitions(9)->ReportAggregatesOnly(true);
