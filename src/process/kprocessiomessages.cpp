@@ -140,18 +140,31 @@ int KProcessIO::ClosePartner(KData* data)
     return 1;
 }
 
+namespace {
+
+// A request with its two parameters to the partner (started first if
+// `startIfMissing`); null when the link is down or there is no partner.
+KData* PartnerRequest(ProcessIDType id, int size, int first, int second, int startIfMissing, HWND& partner)
+{
+    if (!std::atomic_ref<int>(KProcessIO::m_Active).load())
+        return nullptr;
+    partner = KProcessIO::GetVxProg(MainframeType(0), startIfMissing, 0);
+    KData* data = partner ? KProcessIO::InitPartner(id, size, nullptr) : nullptr;
+    if (data) {
+        data->m_Param1 = first;
+        data->m_Param2 = second;
+    }
+    return data;
+}
+
+} // namespace
+
 int KProcessIO::SendFunction(ProcessIDType id, int first, int second, int startIfMissing)
 {
-    if (!std::atomic_ref<int>(m_Active).load())
-        return 0;
-    const HWND partner = GetVxProg(MainframeType(0), startIfMissing, 0);
-    if (!partner)
-        return 0;
-    KData* data = InitPartner(id, 0, nullptr);
+    HWND partner = nullptr;
+    KData* data = PartnerRequest(id, 0, first, second, startIfMissing, partner);
     if (!data)
         return 0;
-    data->m_Param1 = first;
-    data->m_Param2 = second;
     const int result = SendPartner(partner, data);
     ExitPartner(data, 0);
     return result;
@@ -159,16 +172,10 @@ int KProcessIO::SendFunction(ProcessIDType id, int first, int second, int startI
 
 int KProcessIO::SendStringArray(ProcessIDType id, CStringArray& strings, int first, int second, int startIfMissing)
 {
-    if (!std::atomic_ref<int>(m_Active).load())
-        return 0;
-    const HWND partner = GetVxProg(MainframeType(0), startIfMissing, 0);
-    if (!partner)
-        return 0;
-    KData* data = InitPartner(id, KData::GetSize(strings), nullptr);
+    HWND partner = nullptr;
+    KData* data = PartnerRequest(id, KData::GetSize(strings), first, second, startIfMissing, partner);
     if (!data)
         return 0;
-    data->m_Param1 = first;
-    data->m_Param2 = second;
     data->Write(strings);
     SendPartner(partner, data);
     ExitPartner(data, 0);
@@ -177,19 +184,12 @@ int KProcessIO::SendStringArray(ProcessIDType id, CStringArray& strings, int fir
 
 int KProcessIO::GetStringArray(ProcessIDType id, CStringArray& strings, int first, int second, int startIfMissing)
 {
-    if (!std::atomic_ref<int>(m_Active).load())
-        return 0;
-    const HWND partner = GetVxProg(MainframeType(0), startIfMissing, 0);
-    if (!partner)
-        return 0;
     // Sized by the array as it stands, which is not sent.
-    KData* data = InitPartner(id, KData::GetSize(strings), nullptr);
+    HWND partner = nullptr;
+    KData* data = PartnerRequest(id, KData::GetSize(strings), first, second, startIfMissing, partner);
     if (!data)
         return 0;
-    data->m_Param1 = first;
-    data->m_Param2 = second;
-    const int result = SendPartner(partner, data);
-    KData* reply = ExitPartner(data, result);
+    KData* reply = ExitPartner(data, SendPartner(partner, data));
     if (!reply)
         return 0;
     reply->Read(strings);
