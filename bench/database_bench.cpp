@@ -19,13 +19,25 @@ namespace {
 
 constexpr int kRecords = 100000;
 
+// The benchmark's files, in a directory that goes at the end of the run.
+struct BenchDirectory {
+    std::string path;
+    BenchDirectory()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "vxdbbench-XXXXXX").string();
+        path = mkdtemp(pattern.data());
+    }
+    ~BenchDirectory()
+    {
+        std::error_code ec;
+        std::filesystem::remove_all(path, ec);
+    }
+};
+
 std::string BenchFile(const char* name)
 {
-    static const std::string dir = [] {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vxdbbench-XXXXXX").string();
-        return std::string(mkdtemp(pattern.data()));
-    }();
-    return dir + "/" + name;
+    static const BenchDirectory dir;
+    return dir.path + "/" + name;
 }
 
 void RemoveFile(const std::string& file)

@@ -156,8 +156,11 @@ void closeDatabase(CDaoDatabase** db)
     try {
         if ((*db)->IsOpen())
             (*db)->Close();
-    } catch (CDaoException&) {
-        // Closing failed to write back a workbook; the object goes anyway.
+    } catch (CDaoException& e) {
+        // A workbook or dBASE table could not be written back: say so, as
+        // the data would otherwise be lost without a word.
+        if (showerrorDatabase)
+            Show("Couldn't close database--Exception: " + Description(e));
     }
     FreeDatabase(db);
 }

@@ -684,6 +684,12 @@ int KDatenbankIO::DbTableSchliessen(const char* name)
 {
     for (int i = 0; i < m_Tables.GetSize(); ++i) {
         if (_mbscmp(m_Tables[i].m_Name, name) == 0) {
+            // The active pointers stay for the caller to replace, but not
+            // pointing at objects that are gone.
+            if (m_pDbRecordset == m_Tables[i].m_pRecordset)
+                m_pDbRecordset = nullptr;
+            if (m_pTableDef == m_Tables[i].m_pTableDef)
+                m_pTableDef = nullptr;
             m_Tables.RemoveAt(i);
             return 1;
         }

@@ -137,7 +137,9 @@ public:
     // Makes table `name` (null: the main table) the one the value functions
     // act on. 0 if it is not open.
     int DbTableAktivieren(const char* name);
-    // Closes table `name`; the active pointers stay as they are.
+    // Closes table `name`. The active table stays as it was: a caller who
+    // closes the active table activates another (its object pointers are
+    // null until then).
     int DbTableSchliessen(const char* name);
     int DbTableUmbenennen(const char* oldName, const char* newName);
     void DbTableFeldkorrektur(CStringArray* fields, CDWordArray* parameters, CDWordArray* exceptions);

@@ -101,9 +101,9 @@ public:
     // order if it is new.
     VALUE& operator[](ArgKey key)
     {
-        auto it = m_table.find(key);
-        if (it == m_table.end()) {
-            it = m_table.emplace(KEY(key), Link{}).first;
+        // One hash per call: the key is built once and tried in place.
+        auto [it, inserted] = m_table.try_emplace(KEY(key));
+        if (inserted) {
             Node* node = &*it;
             node->second.prev = m_tail;
             if (m_tail)

@@ -63,9 +63,9 @@ CString::CString(std::string_view text) : m_s(text) {}
 
 CString& CString::operator=(const char* text)
 {
-    // Assigning a pointer into our own buffer must still work.
-    std::string copy(OrEmpty(text));
-    m_s.swap(copy);
+    // std::string::assign copes with a pointer into its own buffer, so no
+    // copy aside is needed.
+    m_s.assign(OrEmpty(text));
     return *this;
 }
 
@@ -102,7 +102,7 @@ CString& CString::operator+=(const CString& text)
 CString& CString::operator+=(const char* text)
 {
     if (text)
-        m_s.append(std::string(text));
+        m_s.append(text);
     return *this;
 }
 

@@ -126,7 +126,7 @@ void DaoDatabasePrivate::Configure(bool writable)
         // The write-ahead log commits without waiting for the disk and keeps
         // every commit through a crash of the program. Network file systems
         // can't share its index, so files there keep a rollback journal.
-        const bool remote = GetDriveTypeA(DirectoryOf(host).c_str()) == DRIVE_REMOTE;
+        const bool remote = DriveTypeOfHostPath(DirectoryOf(host)) == DRIVE_REMOTE;
         try {
             Exec(remote ? "PRAGMA journal_mode=DELETE" : "PRAGMA journal_mode=WAL");
         } catch (CDaoException& e) {
@@ -548,6 +548,11 @@ std::string DaoDatabasePrivate::FindTable(const std::string& table)
     if (sqlite3_step(s) == SQLITE_ROW)
         found = reinterpret_cast<const char*>(sqlite3_column_text(s, 0));
     sqlite3_reset(s);
+    if (found.empty() && isam) {
+        const std::string other = isam->AlternateName(table);
+        if (!other.empty())
+            return FindTable(other);
+    }
     return found;
 }
 
@@ -739,8 +744,9 @@ void CDaoDatabase::GetTableDefInfo(int index, CDaoTableDefInfo& info, DWORD opti
 
 void CDaoDatabase::GetTableDefInfo(const char* name, CDaoTableDefInfo& info, DWORD options)
 {
+    const std::string found = d->FindTable(name ? name : "");
     for (const auto& t : d->Tables()) {
-        if (vx::EqualNoCase(t.name, name ? name : "")) {
+        if (!found.empty() && t.name == found) {
             FillTableInfo(*d, t, info, options);
             return;
         }

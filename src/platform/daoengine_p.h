@@ -57,11 +57,18 @@ bool EqualNoCase(const std::string& a, const std::string& b);
 
 // A stored value.
 struct DaoValue {
-    enum Kind : std::uint8_t { Null, Int, Real, Text, Blob };
+    // Pooled: a text kept in its record set's text pool (at `pooled`).
+    enum Kind : std::uint8_t { Null, Int, Real, Text, Blob, Pooled };
     Kind kind = Null;
-    std::int64_t i = 0;
-    double d = 0;
-    std::string s;
+    union {
+        std::int64_t i = 0; // Int
+        double d;           // Real
+        struct {
+            std::uint32_t offset;
+            std::uint32_t length;
+        } pooled;
+    };
+    std::string s; // Text and Blob
 };
 // Reads column `index` of the current row of `stmt`.
 void ReadValue(sqlite3_stmt* stmt, int index, DaoValue& value);
@@ -101,8 +108,10 @@ public:
     virtual void Save(class DaoDatabasePrivate& db, const std::string& path) = 0;
     // Whether the file can be written at all.
     virtual bool CanUpdate() const = 0;
-    // A table that was created since the load, or whose rows changed.
+    // A table that was created since the load.
     virtual void TableCreated(const std::string&) {}
+    // Another name under which the file knows table `name` ("" if none).
+    virtual std::string AlternateName(const std::string&) const { return std::string(); }
 };
 // The driver for a connect text, or null for "" (an SQLite file). Unknown
 // connect texts raise 3170.

@@ -28,6 +28,9 @@ struct DaoRecordsetPrivate {
     std::vector<DaoColumn> columns;
     std::vector<std::int64_t> rowids;
     std::vector<DaoValue> cells; // row by row
+    // The texts read at opening, one after another: one allocation for all
+    // of them instead of one each.
+    std::string pool;
     std::vector<std::uint64_t> stamps;
     std::uint64_t synced = 0;
     long pos = -1;
@@ -39,6 +42,7 @@ struct DaoRecordsetPrivate {
     std::string assigned; // '1' for each field set since AddNew or Edit
     std::int64_t lastModified = 0;
     std::map<std::string, sqlite3_stmt*> writes; // by field mask and kind
+    mutable std::size_t lastFound = 0;
 
     std::size_t Width() const { return columns.size(); }
     long Count() const { return static_cast<long>(rowids.size()); }
@@ -52,6 +56,7 @@ struct DaoRecordsetPrivate {
         columns.clear();
         rowids.clear();
         cells.clear();
+        pool.clear();
         stamps.clear();
         edit.clear();
         assigned.clear();
@@ -77,10 +82,15 @@ struct DaoRecordsetPrivate {
 
     int FindColumn(const char* name) const
     {
-        if (name) {
+        if (name && !columns.empty()) {
+            // Fields are mostly read in their order: try the one after the
+            // last found first.
+            const std::size_t next = (lastFound + 1) % columns.size();
+            if (strcasecmp(columns[next].name.c_str(), name) == 0)
+                return static_cast<int>(lastFound = next);
             for (std::size_t i = 0; i < columns.size(); ++i)
                 if (strcasecmp(columns[i].name.c_str(), name) == 0)
-                    return static_cast<int>(i);
+                    return static_cast<int>(lastFound = i);
         }
         ThrowDao(kDaoItemNotFound, "Item not found in this collection.");
     }
@@ -127,6 +137,45 @@ struct DaoRecordsetPrivate {
     }
 
     void LeaveEdit() { editMode = dbEditNone; }
+
+    // A loaded value as a plain one (texts out of the pool).
+    DaoValue Plain(const DaoValue& v) const
+    {
+        if (v.kind != DaoValue::Pooled)
+            return v;
+        DaoValue plain;
+        plain.kind = DaoValue::Text;
+        plain.s.assign(pool, v.pooled.offset, v.pooled.length);
+        return plain;
+    }
+
+    void ToVariant(const DaoValue& v, const DaoColumn& column, COleVariant& out) const
+    {
+        if (v.kind != DaoValue::Pooled) {
+            ValueToVariant(v, column, out);
+        } else if (column.type == dbText || column.type == dbMemo) {
+            out.SetString(pool.data() + v.pooled.offset, v.pooled.length);
+        } else {
+            ValueToVariant(Plain(v), column, out);
+        }
+    }
+
+    // Reads column `index` of the statement's row into a cell of the set.
+    void Load(sqlite3_stmt* s, int index, DaoValue& cell)
+    {
+        if (sqlite3_column_type(s, index) == SQLITE_TEXT) {
+            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(s, index));
+            const auto length = static_cast<std::size_t>(sqlite3_column_bytes(s, index));
+            if (pool.size() + length <= UINT32_MAX) {
+                cell.kind = DaoValue::Pooled;
+                cell.pooled.offset = static_cast<std::uint32_t>(pool.size());
+                cell.pooled.length = static_cast<std::uint32_t>(length);
+                pool.append(text, length);
+                return;
+            }
+        }
+        ReadValue(s, index, cell);
+    }
 
     // Notes a write of this set: its cache stays current if nothing else
     // wrote since it was.
@@ -283,6 +332,7 @@ void InferColumn(DaoColumn& column, const DaoValue* cells, std::size_t width, st
             ParseDeclaredType("LONGBINARY", false, column);
             return;
         case DaoValue::Text:
+        case DaoValue::Pooled:
             ParseDeclaredType("LONGTEXT", false, column);
             return;
         default:
@@ -368,6 +418,7 @@ void CDaoRecordset::Open(int type, const char* sql, int options)
             const auto rows = static_cast<std::size_t>(sqlite3_column_int64(count, 0));
             p.rowids.reserve(rows);
             p.cells.reserve(rows * width);
+            p.pool.reserve(rows * 16);
         }
         sqlite3_reset(count);
     }
@@ -376,7 +427,7 @@ void CDaoRecordset::Open(int type, const char* sql, int options)
         const std::size_t at = p.cells.size();
         p.cells.resize(at + width);
         for (std::size_t i = 0; i < width; ++i)
-            vx::ReadValue(s, static_cast<int>(i) + first, p.cells[at + i]);
+            p.Load(s, static_cast<int>(i) + first, p.cells[at + i]);
     }
     for (std::size_t i = 0; i < width; ++i)
         if (p.columns[i].declared.empty() && !p.updatable)
@@ -589,7 +640,9 @@ void CDaoRecordset::Edit()
     d->RequireCurrent();
     d->Refresh(d->pos);
     const DaoValue* row = d->Row(d->pos);
-    d->edit.assign(row, row + d->Width());
+    d->edit.clear();
+    for (std::size_t i = 0; i < d->Width(); ++i)
+        d->edit.push_back(d->Plain(row[i]));
     d->assigned.assign(d->Width(), '0');
     d->editMode = dbEditInProgress;
 }
@@ -746,7 +799,7 @@ void CDaoRecordset::GetFieldValue(int index, COleVariant& value)
     }
     d->RequireCurrent();
     d->Refresh(d->pos);
-    vx::ValueToVariant(d->Row(d->pos)[i], d->columns[i], value);
+    d->ToVariant(d->Row(d->pos)[i], d->columns[i], value);
 }
 
 COleVariant CDaoRecordset::GetFieldValue(const char* name)

@@ -6,7 +6,11 @@
 
 UINT GetDriveTypeA(const char* rootPath)
 {
-    const std::string host = vx::HostPath(rootPath && *rootPath ? rootPath : "/");
+    return vx::DriveTypeOfHostPath(vx::HostPath(rootPath && *rootPath ? rootPath : "/"));
+}
+
+UINT vx::DriveTypeOfHostPath(const std::string& host)
+{
     struct statfs fs {};
     if (statfs(host.c_str(), &fs) != 0)
         return DRIVE_NO_ROOT_DIR;

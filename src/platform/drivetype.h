@@ -12,6 +12,8 @@
 #include "platform/wintypes.h"
 #include "vxbase_export.h"
 
+#include <string>
+
 constexpr UINT DRIVE_UNKNOWN = 0;
 constexpr UINT DRIVE_NO_ROOT_DIR = 1;
 constexpr UINT DRIVE_REMOVABLE = 2;
@@ -22,3 +24,8 @@ constexpr UINT DRIVE_RAMDISK = 6;
 
 // `rootPath` is a path text ("C:\", a directory); null means "/".
 VXBASE_EXPORT UINT GetDriveTypeA(const char* rootPath);
+
+namespace vx {
+// The same for a host path (UTF-8, as hostpath.h makes it).
+VXBASE_EXPORT UINT DriveTypeOfHostPath(const std::string& hostPath);
+} // namespace vx

@@ -7,6 +7,8 @@
 
 #include "platform/cwnd.h"
 
+#include <utility>
+
 CDC::CDC() = default;
 
 CDC::~CDC()

@@ -8,6 +8,7 @@
 #include "platform/cwnd.h"
 
 #include <cstring>
+#include <utility>
 
 namespace {
 

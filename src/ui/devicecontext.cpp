@@ -3,6 +3,8 @@
 #include "platform/cwnd.h"
 #include "platform/sysmetrics.h"
 
+#include <utility>
+
 namespace vx::gdi {
 namespace {
 

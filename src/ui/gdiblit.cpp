@@ -64,6 +64,12 @@ void Blend(Dc& dest, const QRect& area, const QImage& image, DWORD rop, bool use
         for (int y = r.top(); y <= r.bottom(); ++y) {
             const auto* src = reinterpret_cast<const QRgb*>(image.constScanLine(y - area.top()));
             auto* dst = reinterpret_cast<QRgb*>(target->scanLine(y));
+            if (code == 0xCC && !useSkip && !mono) {
+                // A plain copy, row by row.
+                for (int x = r.left(); x <= r.right(); ++x)
+                    dst[x] = src[x - area.left()] | 0xFF000000u;
+                continue;
+            }
             for (int x = r.left(); x <= r.right(); ++x) {
                 const QRgb s = src[x - area.left()];
                 if (useSkip && (s & 0xFFFFFF) == (skip & 0xFFFFFF))

@@ -238,28 +238,39 @@ QImage& Bitmap::Pixels()
 {
     if (selectedInto)
         selectedInto->EndPainter();
-    if (dib) {
-        const int w = image.width();
-        const int h = image.height();
-        const Dib& d = *dib;
-        for (int y = 0; y < h; ++y) {
-            const unsigned char* row = d.bits.data() + (d.bottomUp ? h - 1 - y : y) * d.stride;
-            auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-            for (int x = 0; x < w; ++x) {
-                switch (d.bpp) {
-                case 1:
-                case 4:
-                case 8: {
-                    const int perByte = 8 / d.bpp;
-                    const int shift = 8 - d.bpp * (x % perByte + 1);
-                    const unsigned index = (row[x / perByte] >> shift) & ((1u << d.bpp) - 1);
-                    line[x] = index < d.palette.size() ? d.palette[index] : 0xFF000000u;
-                    break;
-                }
-                case 24: line[x] = qRgb(row[3 * x + 2], row[3 * x + 1], row[3 * x]); break;
-                default: line[x] = qRgb(row[4 * x + 2], row[4 * x + 1], row[4 * x]); break;
-                }
-            }
+    if (!dib)
+        return image;
+    const int w = image.width();
+    const int h = image.height();
+    const Dib& d = *dib;
+    // A full palette, so that any index of the depth reads a colour.
+    QRgb palette[256];
+    for (int i = 0; i < 256; ++i)
+        palette[i] = static_cast<std::size_t>(i) < d.palette.size() ? d.palette[static_cast<std::size_t>(i)] : 0xFF000000u;
+    for (int y = 0; y < h; ++y) {
+        const unsigned char* row = d.bits.data() + (d.bottomUp ? h - 1 - y : y) * d.stride;
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        switch (d.bpp) {
+        case 8:
+            for (int x = 0; x < w; ++x)
+                line[x] = palette[row[x]];
+            break;
+        case 4:
+            for (int x = 0; x < w; ++x)
+                line[x] = palette[(row[x / 2] >> ((x & 1) ? 0 : 4)) & 0x0F];
+            break;
+        case 1:
+            for (int x = 0; x < w; ++x)
+                line[x] = palette[(row[x / 8] >> (7 - x % 8)) & 1];
+            break;
+        case 24:
+            for (int x = 0; x < w; ++x)
+                line[x] = qRgb(row[3 * x + 2], row[3 * x + 1], row[3 * x]);
+            break;
+        default:
+            for (int x = 0; x < w; ++x)
+                line[x] = qRgb(row[4 * x + 2], row[4 * x + 1], row[4 * x]);
+            break;
         }
     }
     return image;

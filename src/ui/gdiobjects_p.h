@@ -17,7 +17,7 @@
 
 namespace vx::gdi {
 
-enum class Kind { Pen, Brush, Font, Bitmap, Region, Dc, Icon };
+enum class Kind { Pen, Brush, Font, Bitmap, Region, Dc, Icon, ImageList, Menu };
 
 struct Object {
     explicit Object(Kind k) : kind(k) {}

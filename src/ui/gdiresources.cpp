@@ -8,6 +8,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 namespace vx::gdi {
 namespace {

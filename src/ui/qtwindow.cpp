@@ -16,6 +16,7 @@
 #include <QWheelEvent>
 
 #include <vector>
+#include <utility>
 
 namespace vx {
 namespace {

@@ -176,3 +176,17 @@ TEST(CString, IndexingOutOfRangeReadsZero)
     s.SetAt(0, 'x');
     EXPECT_EQ(s, "xb");
 }
+
+TEST(CString, AssignAndAppendFromItsOwnText)
+{
+    CString s("a text long enough to live on the heap, not in the small buffer");
+    s += s.GetString() + 2;
+    EXPECT_EQ(s.Left(6), "a text");
+    EXPECT_EQ(s.GetLength(), 63 + 61);
+    s = s.GetString() + 2;
+    EXPECT_EQ(s.Left(4), "text");
+    for (int i = 0; i < 6; ++i)
+        s += s.GetString(); // each append doubles, forcing reallocations
+    EXPECT_EQ(s.GetLength(), 122 * 64);
+    EXPECT_EQ(s.Right(5), "uffer");
+}

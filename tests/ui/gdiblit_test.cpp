@@ -264,4 +264,27 @@ TEST(LoadImage, HostImagesAndFilesLoadByNumberAndPath)
     EXPECT_EQ(grip.GetSize(), CSize(12, 12));
 }
 
+TEST(LoadImage, TheLibrarysOwnImagesLoadByNumber)
+{
+    CBitmap ok;
+    ASSERT_TRUE(ok.LoadBitmap(0x3EA));
+    EXPECT_EQ(ok.GetSize(), CSize(16, 16));
+    EXPECT_EQ(ok.GetPixel(0, 0), kWhite); // the skin's transparent colour
+    // The skin's check boxes are drawn in palette indices on pure red.
+    CBitmap radio;
+    ASSERT_TRUE(radio.LoadBitmap(0x3EF));
+    EXPECT_EQ(radio.GetPixel(0, 0), kRed);
+    const COLORREF inside = radio.GetPixel(6, 6);
+    EXPECT_EQ(GetRValue(inside), GetGValue(inside));
+    for (UINT id = 0x3EA; id <= 0x3FD; ++id) {
+        CBitmap any;
+        EXPECT_TRUE(any.LoadBitmap(id)) << id;
+    }
+    HICON icon = LoadIconA(nullptr, MAKEINTRESOURCE(0x3F1));
+    ASSERT_NE(icon, nullptr);
+    EXPECT_EQ(vx::ImageOfIcon(icon).size(), QSize(32, 32));
+    EXPECT_EQ(vx::ImageOfIcon(icon, true).pixel(0, 0), 0xFFFFFFFFu); // a transparent corner
+    DestroyIcon(icon);
+}
+
 } // namespace

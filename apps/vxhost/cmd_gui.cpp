@@ -1,0 +1,340 @@
+// The window classes in the sample host: a Qt main frame with a page of
+// buttons in every shade and state.
+//
+//   vxhost gui                  shows the frame (offscreen without a display)
+//   vxhost gui --screenshot DIR writes a PNG of each window of the frame, exits
+//   vxhost --screenshot DIR     the same
+//
+// In the tour it shades one button offscreen and writes its image.
+#include "democommand.h"
+
+#ifdef VXHOST_WITH_UI
+
+#include <vxbase.h>
+#include <vxbase_ui.h>
+
+#include <QDir>
+#include <QImage>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kShades = 9;
+const char* const kShadeNames[kShades] = {"noise",         "diagonal",      "horizontal", "vertical", "h. bump",
+                                          "v. bump",       "soft bump",     "hard bump",  "metal"};
+// The design's button colours: the four indexes and a colour of the user's.
+const DWORD kInitShades[] = {0, 1, 2, 3, RGB(96, 160, 120)};
+constexpr int kColumns = kShades;
+constexpr int kRows = 5;
+constexpr int kCellW = 96;
+constexpr int kCellH = 30;
+constexpr int kLeft = 150;
+constexpr int kTop = 30;
+
+// The main frame of the demonstration: labels painted by itself, buttons as
+// child windows.
+class ButtonPage : public CFrameWnd {
+public:
+    bool quitOnClose = false;
+
+    void Build()
+    {
+        CString title;
+        title.LoadString(6706);
+        title += " - Przyciski";
+        CreateEx(title, "VxHostButtons", WS_OVERLAPPEDWINDOW, CRect(40, 40, 40 + kLeft + kColumns * kCellW + 20, 460));
+        const CStringArray colours = SplitList(GetString(6711));
+        m_rowNames.clear();
+        for (int r = 0; r < kRows; ++r)
+            m_rowNames.push_back(r < colours.GetSize() ? colours[r] : CString("?"));
+        BuildShades();
+        BuildStates();
+    }
+
+    // The mouse over the hover sample, once the frame shows.
+    void Hover()
+    {
+        if (m_hover)
+            vx::DispatchInputMessage(*m_hover, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    }
+
+protected:
+    void OnPaint() override
+    {
+        CPaintDC dc(this);
+        CRect r;
+        GetClientRect(&r);
+        dc.FillSolidRect(&r, GetSysColor(COLOR_BTNFACE));
+        CFont* old = dc.SelectObject(&m_font);
+        dc.SetBkMode(TRANSPARENT);
+        dc.SetTextColor(GetSysColor(COLOR_BTNTEXT));
+        for (int c = 0; c < kColumns; ++c) {
+            CRect cell(kLeft + c * kCellW, 8, kLeft + (c + 1) * kCellW, kTop);
+            CString label;
+            label.Format("%d %s", c, kShadeNames[c]);
+            dc.DrawText(label, &cell, DT_CENTER | DT_SINGLELINE | DT_VCENTER);
+        }
+        for (int row = 0; row < kRows; ++row) {
+            CRect cell(8, kTop + row * kCellH, kLeft - 6, kTop + (row + 1) * kCellH);
+            dc.DrawText(m_rowNames[static_cast<std::size_t>(row)], &cell, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+        }
+        CRect line(8, kStatesTop - 12, r.right - 8, kStatesTop - 10);
+        dc.DrawEdge(&line, EDGE_ETCHED, BF_TOP);
+        dc.SelectObject(old);
+    }
+
+    void OnDestroy() override
+    {
+        CFrameWnd::OnDestroy();
+        if (quitOnClose)
+            PostQuitMessage(0);
+    }
+
+private:
+    static constexpr int kStatesTop = kTop + kRows * kCellH + 24;
+
+    static CStringArray SplitList(const CString& text)
+    {
+        CStringArray out;
+        int start = 0;
+        for (;;) {
+            const int hash = text.Find('#', start);
+            out.Add(text.Mid(start, hash < 0 ? text.GetLength() - start : hash - start));
+            if (hash < 0)
+                break;
+            start = hash + 1;
+        }
+        return out;
+    }
+
+    template <class Button>
+    Button& Add(const char* caption, const CRect& r, DWORD style = 0)
+    {
+        auto button = std::make_unique<Button>();
+        Button& b = *button;
+        b.Create(caption, WS_CHILD | WS_VISIBLE | WS_TABSTOP | style, r, this, static_cast<UINT>(1000 + m_buttons.size()));
+        b.SetFont(&m_font);
+        m_buttons.push_back(std::move(button));
+        return b;
+    }
+
+    void BuildShades()
+    {
+        LOGFONT lf{};
+        lf.lfHeight = -11;
+        lf.lfWeight = FW_NORMAL;
+        std::strcpy(lf.lfFaceName, "MS Sans Serif");
+        if (!m_font.m_hObject)
+            m_font.CreateFontIndirect(&lf);
+        const DWORD saved = CButtonST::m_InitShade;
+        for (int row = 0; row < kRows; ++row) {
+            CButtonST::m_InitShade = kInitShades[row];
+            for (int c = 0; c < kColumns; ++c) {
+                const CRect cell(kLeft + c * kCellW + 2, kTop + row * kCellH + 2, kLeft + (c + 1) * kCellW - 2,
+                                 kTop + (row + 1) * kCellH - 2);
+                auto& b = Add<CShadeButtonST>(kShadeNames[c], cell);
+                b.SetFlat(FALSE);
+                std::srand(static_cast<unsigned>(row * kColumns + c + 1)); // the same faces every run
+                b.SetShade(static_cast<UINT>(c), 8, 20, 5, RGB(55, 55, 255));
+            }
+        }
+        CButtonST::m_InitShade = saved;
+    }
+
+    void BuildStates()
+    {
+        const int y = kStatesTop;
+        auto cell = [y](int column, int row = 0, int width = 1) {
+            return CRect(8 + column * 120, y + row * 34, 8 + (column + width) * 120 - 8, y + row * 34 + 28);
+        };
+        Add<CButtonST>("Flat", cell(0));
+        Add<CButtonST>("Raised", cell(1)).SetFlat(FALSE);
+        Add<CButtonST>("Default", cell(2), BS_DEFPUSHBUTTON).SetFlat(FALSE);
+        auto& pressed = Add<CButtonST>("Pressed", cell(3));
+        pressed.SetFlat(FALSE);
+        pressed.SetState(TRUE);
+        auto& hover = Add<CButtonST>("Hover", cell(4));
+        hover.SetColor(CButtonST::BTNST_COLOR_BK_IN, RGB(255, 255, 225));
+        hover.SetColor(CButtonST::BTNST_COLOR_FG_IN, RGB(0, 0, 160));
+        m_hover = &hover;
+        Add<CButtonST>("Disabled", cell(5)).EnableWindow(FALSE);
+        auto& focused = Add<CButtonST>("Focused", cell(6));
+        focused.SetFlat(FALSE);
+        focused.SetFocus();
+
+        auto& ok = Add<CButtonST>("OK", cell(0, 1));
+        ok.SetBitmaps(0x3EA, RGB(255, 255, 255), 0, 0, 0, 0, CButtonST::BTNST_AUTO_GRAY);
+        ok.SetFlat(FALSE);
+        auto& cancel = Add<CButtonST>("Anuluj", cell(1, 1));
+        cancel.SetBitmaps(0x3EB, RGB(255, 255, 255), 0, 0, 0, 0, CButtonST::BTNST_AUTO_DARKER);
+        cancel.SetAlign(CButtonST::ST_ALIGN_HORIZ_RIGHT);
+        auto& app = Add<CButtonST>("VEXAL", cell(2, 1));
+        app.SetIcon(0x3F1, 16, 16);
+        app.SetAlign(CButtonST::ST_ALIGN_HORIZ);
+        auto& check = Add<CButtonST>("Check box", cell(3, 1), BS_AUTOCHECKBOX);
+        check.SetCheck(1);
+        auto& radioA = Add<CButtonST>("Radio A", cell(4, 1), BS_AUTORADIOBUTTON | WS_GROUP);
+        radioA.SetCheck(1);
+        Add<CButtonST>("Radio B", cell(5, 1), BS_AUTORADIOBUTTON);
+        auto& colours = Add<CButtonST>("Colours", cell(6, 1));
+        colours.SetColor(CButtonST::BTNST_COLOR_BK_OUT, RGB(255, 90, 70));
+        colours.OffsetColor(CButtonST::BTNST_COLOR_BK_OUT, -60);
+        colours.SetColor(CButtonST::BTNST_COLOR_FG_OUT, RGB(255, 255, 255));
+
+        auto& web = Add<CButtonST>("www.example.com", cell(0, 2, 2));
+        web.SetURL("http://www.example.com");
+        web.SetBtnCursor(32649);
+        web.SetTooltipText("Opens the web page");
+        auto& sound = Add<CButtonST>("Sound", cell(2, 2));
+        sound.SetSound("/usr/share/sounds/alsa/Front_Center.wav");
+        const int savedType = CButtonST::m_InitType;
+        CButtonST::m_InitType = 0;
+        Add<CButtonST>("Plain (off)", cell(3, 2));
+        CButtonST::m_InitType = savedType;
+        auto& menu = Add<CButtonST>("Menu", cell(4, 2));
+        HMENU bar = CreateMenu();
+        HMENU popup = CreatePopupMenu();
+        AppendMenuA(popup, MF_STRING, 1, "Pierwszy");
+        AppendMenuA(popup, MF_STRING | MF_CHECKED, 2, "Drugi");
+        AppendMenuA(popup, MF_SEPARATOR, 0, nullptr);
+        AppendMenuA(popup, MF_STRING | MF_GRAYED, 3, "Trzeci");
+        AppendMenuA(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), "x");
+        menu.SetMenu(bar, m_hWnd);
+    }
+
+    CFont m_font;
+    CButtonST* m_hover = nullptr;
+    std::vector<CString> m_rowNames;
+    std::vector<std::unique_ptr<CButtonST>> m_buttons;
+};
+
+BOOL CollectTopLevel(HWND hwnd, LPARAM param)
+{
+    if (vx::IsLocalHandle(hwnd) && IsWindowVisible(hwnd))
+        reinterpret_cast<std::vector<HWND>*>(param)->push_back(hwnd);
+    return TRUE;
+}
+
+// Writes a PNG of each visible window of this process into `dir`.
+int Screenshots(const std::string& dir)
+{
+    if (!QDir().mkpath(QString::fromStdString(dir))) {
+        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+        return 1;
+    }
+    std::vector<HWND> windows;
+    EnumWindows(&CollectTopLevel, reinterpret_cast<LPARAM>(&windows));
+    int n = 0;
+    for (HWND h : windows) {
+        CWnd* w = CWnd::FromHandle(h);
+        if (!w || !vx::WidgetOfWindow(w))
+            continue;
+        char cls[64] = {};
+        GetClassNameA(h, cls, sizeof cls);
+        const std::string file = dir + "/" + std::to_string(++n) + "-" + cls + ".png";
+        if (!vx::RenderWindow(*w).save(QString::fromStdString(file))) {
+            std::fprintf(stderr, "vxhost: cannot write %s\n", file.c_str());
+            return 1;
+        }
+        std::printf("wrote %s\n", file.c_str());
+    }
+    return n ? 0 : 1;
+}
+
+int RunFrame(const std::vector<std::string>& words)
+{
+    std::string shots;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (words[i] == "--screenshot" && i + 1 < words.size())
+            shots = words[++i];
+    }
+    vx::InitUi();
+    CWnd* oldMain = AfxGetMainWnd();
+    int rc = 0;
+    {
+        ButtonPage page;
+        page.Build();
+        AfxSetMainWnd(&page);
+        page.ShowWindow(SW_SHOW);
+        page.SetActiveWindow();
+        page.Hover();
+        if (!shots.empty()) {
+            vx::ProcessUiEvents();
+            rc = Screenshots(shots);
+        } else {
+            std::printf("%s: close the window to end.\n", vx::HasDisplay() ? "display" : "offscreen");
+            page.quitOnClose = true;
+            rc = vx::RunUi();
+        }
+        AfxSetMainWnd(oldMain);
+        page.quitOnClose = false;
+        page.DestroyWindow();
+    }
+    vx::ShutdownUi();
+    return rc;
+}
+
+int RunGui(vxhost::Args& args)
+{
+    return RunFrame(args.words);
+}
+
+int RunScreenshot(vxhost::Args& args)
+{
+    std::vector<std::string> words{"--screenshot"};
+    words.insert(words.end(), args.words.begin(), args.words.end());
+    if (args.words.empty()) {
+        std::fprintf(stderr, "usage: vxhost --screenshot DIR\n");
+        return 2;
+    }
+    return RunFrame(words);
+}
+
+// The tour: one shaded button, offscreen.
+int RunButtonTour(vxhost::Args&)
+{
+    vxhost::Heading("Buttons");
+    if (!std::getenv("QT_QPA_PLATFORM"))
+        setenv("QT_QPA_PLATFORM", "offscreen", 1); // the tour never opens a window
+    vx::InitUi();
+    const QString dir = QDir::temp().filePath(QStringLiteral("vxhost-buttons"));
+    QDir().mkpath(dir);
+    int rc = 0;
+    {
+        CWnd holder;
+        holder.CreateEx("holder", "Holder", WS_POPUP, CRect(0, 0, 200, 40));
+        CShadeButtonST button;
+        button.Create("OK", WS_CHILD | WS_VISIBLE, CRect(0, 0, 200, 40), &holder, IDOK);
+        const DWORD saved = CButtonST::m_InitShade;
+        CButtonST::m_InitShade = 3;
+        std::srand(1);
+        button.SetShade(CShadeButtonST::SHS_HARDBUMP, 8, 20, 5, RGB(55, 55, 255));
+        CButtonST::m_InitShade = saved;
+        const CShadeDib& face = button.NormalFace();
+        std::printf("A 200 x 40 button, shade 7 (hard bump) in \"Srebrno-niebieski\":\n");
+        for (BYTE i : {0, 128, 255}) {
+            const COLORREF c = face.GetPaletteIndex(i);
+            std::printf("  palette %3d = RGB(%3d, %3d, %3d)\n", i, GetRValue(c), GetGValue(c), GetBValue(c));
+        }
+        const QString file = dir + QStringLiteral("/button.png");
+        if (vx::RenderWindow(button).save(file))
+            std::printf("  rendered to %s\n", file.toUtf8().constData());
+        else
+            rc = 1;
+    }
+    vx::ShutdownUi();
+    return rc;
+}
+
+} // namespace
+
+VXHOST_COMMAND_NO_TOUR("gui", "[--screenshot DIR]  a frame with buttons in every shade and state", 90, RunGui);
+VXHOST_COMMAND_NO_TOUR("--screenshot", "DIR  write a PNG of each window of the frame, then exit", 91, RunScreenshot);
+VXHOST_COMMAND("buttons", "shade a button offscreen and write its image", 92, RunButtonTour);
+
+#endif // VXHOST_WITH_UI
