@@ -56,10 +56,7 @@ DWORD CBitmap::SetBitmapBits(DWORD count, const void* bits)
 
 CBitmap* CBitmap::FromHandle(HBITMAP bitmap)
 {
-    static auto* map = new vx::HandleMap<CBitmap, HBITMAP>; // wrappers never delete what they wrap
-    return map->Get(
-        bitmap, [](CBitmap& w, HBITMAP h) { w.m_hObject = h; },
-        [](HBITMAP h) { return vx::gdi::Find(h) != nullptr; }, [](CBitmap& w) { w.Detach(); });
+    return vx::WrapperOf<CBitmap, HBITMAP>(bitmap, [](HBITMAP h) { return vx::gdi::Find(h) != nullptr; });
 }
 
 CSize CBitmap::GetSize() const
@@ -78,7 +75,7 @@ COLORREF CBitmap::GetPixel(int x, int y) const
         return CLR_INVALID;
     QRgb p = image.pixel(x, y);
     if (b->mono)
-        p = vx::gdi::MonoBit(p) ? 0xFFFFFFFFu : 0xFF000000u;
+        p = vx::gdi::SnapMono(p);
     return vx::gdi::ToColorRef(p);
 }
 
@@ -92,7 +89,7 @@ BOOL CBitmap::SetPixel(int x, int y, COLORREF color)
         return FALSE;
     QRgb p = vx::gdi::ToRgb(color);
     if (b->mono)
-        p = vx::gdi::MonoBit(p) ? 0xFFFFFFFFu : 0xFF000000u;
+        p = vx::gdi::SnapMono(p);
     image.setPixel(x, y, p);
     return TRUE;
 }

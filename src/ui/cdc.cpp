@@ -33,10 +33,7 @@ HDC CDC::Detach()
 
 CDC* CDC::FromHandle(HDC dc)
 {
-    static auto* map = new vx::HandleMap<CDC, HDC>; // wrappers never delete what they wrap
-    return map->Get(
-        dc, [](CDC& w, HDC h) { w.m_hDC = h; }, [](HDC h) { return vx::gdi::Find(h) != nullptr; },
-        [](CDC& w) { w.Detach(); });
+    return vx::WrapperOf<CDC, HDC>(dc, [](HDC h) { return vx::gdi::Find(h) != nullptr; });
 }
 
 BOOL CDC::CreateCompatibleDC(CDC* dc)

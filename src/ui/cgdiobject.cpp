@@ -15,10 +15,7 @@ namespace {
 template <class Wrapper, class Handle>
 Wrapper* Wrap(Handle handle)
 {
-    static auto* map = new vx::HandleMap<Wrapper, Handle>; // wrappers never delete what they wrap
-    return map->Get(
-        handle, [](Wrapper& w, Handle h) { w.m_hObject = h; },
-        [](Handle h) { return vx::gdi::Find(h) != nullptr; }, [](Wrapper& w) { w.Detach(); });
+    return vx::WrapperOf<Wrapper, Handle>(handle, [](Handle h) { return vx::gdi::Find(h) != nullptr; });
 }
 
 // CWnd::SetFont and GetFont reach fonts through this bridge.

@@ -117,12 +117,14 @@ BOOL ImageList_Destroy(HIMAGELIST list)
     return ListOf(list) && Remove(list);
 }
 
-int ImageList_Add(HIMAGELIST list, HBITMAP image, HBITMAP mask)
+namespace {
+
+int Append(HIMAGELIST list, HBITMAP image, HBITMAP mask, bool byColor, COLORREF transparent)
 {
     ImageList* l = ListOf(list);
     if (!l)
         return -1;
-    auto entries = Split(*l, image, mask, false, 0);
+    auto entries = Split(*l, image, mask, byColor, transparent);
     if (entries.empty())
         return -1;
     const int first = static_cast<int>(l->images.size());
@@ -131,18 +133,16 @@ int ImageList_Add(HIMAGELIST list, HBITMAP image, HBITMAP mask)
     return first;
 }
 
+} // namespace
+
+int ImageList_Add(HIMAGELIST list, HBITMAP image, HBITMAP mask)
+{
+    return Append(list, image, mask, false, 0);
+}
+
 int ImageList_AddMasked(HIMAGELIST list, HBITMAP image, COLORREF mask)
 {
-    ImageList* l = ListOf(list);
-    if (!l)
-        return -1;
-    auto entries = Split(*l, image, nullptr, true, mask);
-    if (entries.empty())
-        return -1;
-    const int first = static_cast<int>(l->images.size());
-    for (auto& e : entries)
-        l->images.push_back(std::move(e));
-    return first;
+    return Append(list, image, nullptr, true, mask);
 }
 
 int ImageList_ReplaceIcon(HIMAGELIST list, int index, HICON icon)
@@ -270,7 +270,7 @@ BOOL ImageList_Draw(HIMAGELIST list, int index, HDC dc, int x, int y, UINT style
                         out = Blend(out, highlight, blend);
                 }
                 if (mono)
-                    out = MonoBit(out) ? 0xFFFFFFFFu : 0xFF000000u;
+                    out = SnapMono(out);
                 line[px] = out | 0xFF000000u;
             }
         }
@@ -344,10 +344,7 @@ BOOL CImageList::DeleteImageList()
 
 CImageList* CImageList::FromHandle(HIMAGELIST list)
 {
-    static auto* map = new vx::HandleMap<CImageList, HIMAGELIST>; // wrappers never delete what they wrap
-    return map->Get(
-        list, [](CImageList& w, HIMAGELIST h) { w.m_hImageList = h; },
-        [](HIMAGELIST h) { return ListOf(h) != nullptr; }, [](CImageList& w) { w.Detach(); });
+    return vx::WrapperOf<CImageList, HIMAGELIST>(list, [](HIMAGELIST h) { return ListOf(h) != nullptr; });
 }
 
 int CImageList::Add(CBitmap* image, CBitmap* mask)

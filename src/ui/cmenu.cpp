@@ -620,10 +620,7 @@ HMENU CMenu::Detach()
 
 CMenu* CMenu::FromHandle(HMENU menu)
 {
-    static auto* map = new vx::HandleMap<CMenu, HMENU>; // wrappers never destroy what they wrap
-    return map->Get(
-        menu, [](CMenu& w, HMENU h) { w.m_hMenu = h; }, [](HMENU h) { return IsMenu(h) != FALSE; },
-        [](CMenu& w) { w.Detach(); });
+    return vx::WrapperOf<CMenu, HMENU>(menu, [](HMENU h) { return IsMenu(h) != FALSE; });
 }
 
 BOOL CMenu::AppendMenu(UINT flags, UINT_PTR idNewItem, LPCSTR newItem)

@@ -82,7 +82,7 @@ void Blend(Dc& dest, const QRect& area, const QImage& image, DWORD rop, bool use
                     out = Rop3(rop, p, s, dst[x]);
                 }
                 if (mono)
-                    out = MonoBit(out) ? 0xFFFFFFFFu : 0xFF000000u;
+                    out = SnapMono(out);
                 dst[x] = out;
             }
         }
@@ -122,7 +122,7 @@ void FillShape(Dc& dc, const QRect& area, const QImage& shape, const Brush* brus
                 QRgb c = useColor ? ToRgb(color)
                                   : (brush ? brush->PixelAt(x, y, dc.st.brushOrg, dc.st.text, dc.st.bk) : 0xFF000000u);
                 if (mono)
-                    c = MonoBit(c) ? 0xFFFFFFFFu : 0xFF000000u;
+                    c = SnapMono(c);
                 d[x] = c | 0xFF000000u;
             }
         }
@@ -151,7 +151,7 @@ void DrawIconImage(Dc& dc, const QRect& area, const Icon& icon, UINT flags)
                 if (flags & DI_IMAGE)
                     v ^= c[x - area.left()] & 0xFFFFFF;
                 if (mono)
-                    v = MonoBit(v) ? 0xFFFFFFFFu : 0xFF000000u;
+                    v = SnapMono(v);
                 d[x] = v | 0xFF000000u;
             }
         }

@@ -33,7 +33,7 @@ public:
     void Put(int x, int y, QRgb c)
     {
         if (m_mono)
-            c = MonoBit(c) ? 0xFFFFFFFFu : 0xFF000000u;
+            c = SnapMono(c);
         reinterpret_cast<QRgb*>(m_image->scanLine(y))[x] = c | 0xFF000000u;
     }
 
@@ -49,7 +49,7 @@ private:
 QRgb Snap(Dc& dc, QRgb c)
 {
     if (dc.Mono())
-        return MonoBit(c) ? 0xFFFFFFFFu : 0xFF000000u;
+        return SnapMono(c);
     return c;
 }
 
@@ -292,7 +292,7 @@ COLORREF GetPixel(HDC dc, int x, int y)
         return CLR_INVALID;
     QRgb c = w.Get(p.x(), p.y());
     if (d->Mono())
-        c = MonoBit(c) ? 0xFFFFFFFFu : 0xFF000000u;
+        c = SnapMono(c);
     return ToColorRef(c);
 }
 

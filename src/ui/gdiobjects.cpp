@@ -296,7 +296,7 @@ HBITMAP BitmapFromImage(const QImage& image, bool mono)
         for (int y = 0; y < b->image.height(); ++y) {
             auto* line = reinterpret_cast<QRgb*>(b->image.scanLine(y));
             for (int x = 0; x < b->image.width(); ++x)
-                line[x] = MonoBit(line[x]) ? 0xFFFFFFFFu : 0xFF000000u;
+                line[x] = SnapMono(line[x]);
         }
     }
     return static_cast<HBITMAP>(b->handle);

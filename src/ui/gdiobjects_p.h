@@ -200,6 +200,11 @@ inline bool MonoBit(QRgb p)
 {
     return qGray(p) >= 128;
 }
+// The nearer of white and black, as a 1-bit bitmap stores a colour.
+inline QRgb SnapMono(QRgb p)
+{
+    return MonoBit(p) ? 0xFFFFFFFFu : 0xFF000000u;
+}
 
 // A font object for a request (gditext.cpp).
 std::unique_ptr<Font> MakeFont(const LOGFONTA& lf);

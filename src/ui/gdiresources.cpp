@@ -247,7 +247,7 @@ HICON CreateIconIndirect(const ICONINFO* info)
     }
     for (int y = 0; y < icon->mask.height(); ++y) {
         for (int x = 0; x < icon->mask.width(); ++x)
-            icon->mask.setPixel(x, y, MonoBit(icon->mask.pixel(x, y)) ? 0xFFFFFFFFu : 0xFF000000u);
+            icon->mask.setPixel(x, y, SnapMono(icon->mask.pixel(x, y)));
     }
     icon->cursor = !info->fIcon;
     icon->hotX = info->fIcon ? icon->color.width() / 2 : static_cast<int>(info->xHotspot);

@@ -47,4 +47,14 @@ private:
     std::size_t m_sweepAt = 64;
 };
 
+// The wrapper of `handle` for a class with Attach and Detach; `alive` tells
+// whether a handle still exists.
+template <class Wrapper, class Handle>
+Wrapper* WrapperOf(Handle handle, bool (*alive)(Handle))
+{
+    static auto* map = new HandleMap<Wrapper, Handle>; // wrappers never delete what they wrap
+    return map->Get(
+        handle, [](Wrapper& w, Handle h) { w.Attach(h); }, alive, [](Wrapper& w) { w.Detach(); });
+}
+
 } // namespace vx

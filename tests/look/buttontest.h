@@ -57,21 +57,6 @@ inline void Click(CWnd& w, int x = 3, int y = 3)
     Mouse(w, WM_LBUTTONUP, x, y, 0);
 }
 
-// The rectangle holding every pixel of a colour, or an empty one.
-inline CRect Ink(const QImage& image, COLORREF color)
-{
-    CRect box(image.width(), image.height(), 0, 0);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (vxtest::ColorAt(image, x, y) == color) {
-                box.left = std::min<LONG>(box.left, x);
-                box.top = std::min<LONG>(box.top, y);
-                box.right = std::max<LONG>(box.right, x + 1);
-                box.bottom = std::max<LONG>(box.bottom, y + 1);
-            }
-        }
-    }
-    return box.IsRectEmpty() ? CRect() : box;
-}
+using vxtest::Ink;
 
 } // namespace looktest

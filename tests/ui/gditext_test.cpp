@@ -25,22 +25,7 @@ LOGFONTA Request(int height, const char* face = "MS Sans Serif", LONG weight = F
     return lf;
 }
 
-// The rectangle holding every pixel of a colour, or an empty one.
-CRect Ink(const QImage& image, COLORREF color)
-{
-    CRect box(image.width(), image.height(), 0, 0);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (vxtest::ColorAt(image, x, y) == color) {
-                box.left = std::min<LONG>(box.left, x);
-                box.top = std::min<LONG>(box.top, y);
-                box.right = std::max<LONG>(box.right, x + 1);
-                box.bottom = std::max<LONG>(box.bottom, y + 1);
-            }
-        }
-    }
-    return box.IsRectEmpty() ? CRect() : box;
-}
+using vxtest::Ink;
 
 TEST(Fonts, EveryFaceRendersWithThePinnedFamily)
 {

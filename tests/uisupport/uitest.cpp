@@ -91,6 +91,22 @@ int CountColor(const QImage& image, const RECT& rect, COLORREF color)
     return n;
 }
 
+CRect Ink(const QImage& image, COLORREF color)
+{
+    CRect box(image.width(), image.height(), 0, 0);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (ColorAt(image, x, y) == color) {
+                box.left = std::min<LONG>(box.left, x);
+                box.top = std::min<LONG>(box.top, y);
+                box.right = std::max<LONG>(box.right, x + 1);
+                box.bottom = std::max<LONG>(box.bottom, y + 1);
+            }
+        }
+    }
+    return box.IsRectEmpty() ? CRect() : box;
+}
+
 QImage Render(CWnd& window)
 {
     return vx::RenderWindow(window).convertToFormat(QImage::Format_RGB32);

@@ -45,6 +45,8 @@ std::string SaveFailureImage(const QImage& image, const std::string& what);
 // How many pixels of `rect` have the colour.
 int CountColor(const QImage& image, const RECT& rect, COLORREF color);
 COLORREF ColorAt(const QImage& image, int x, int y);
+// The smallest rectangle holding every pixel of a colour; empty when none has it.
+CRect Ink(const QImage& image, COLORREF color);
 
 // A window rendered as it shows.
 QImage Render(CWnd& window);
