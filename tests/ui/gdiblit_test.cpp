@@ -221,6 +221,7 @@ TEST(CreateDIBSection, PalettePixelsAreReadAtEachUse)
     info.header.biHeight = 2; // bottom-up
     info.header.biPlanes = 1;
     info.header.biBitCount = 8;
+    info.header.biClrUsed = 2; // the palette holds two entries, not 256
     info.colors[0] = RGBQUAD{0, 0, 255, 0};
     info.colors[1] = RGBQUAD{0, 255, 0, 0};
     void* bits = nullptr;
