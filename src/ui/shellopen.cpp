@@ -1,11 +1,6 @@
 #include "ui/shellopen.h"
 
-#include "platform/codepage.h"
-#include "platform/hostpath.h"
-
-#include <QDesktopServices>
-#include <QString>
-#include <QUrl>
+#include "platform/shellexecute.h"
 
 #include <utility>
 
@@ -18,18 +13,6 @@ ShellOpenHandler& Handler()
     return *handler;
 }
 
-bool OpenWithDesktop(const ShellOpenRequest& request)
-{
-    if (request.file.empty())
-        return false;
-    const QString text = QString::fromUtf8(ToUtf8(request.file).c_str());
-    QUrl url(text);
-    // Anything without a scheme (or with a drive letter) is a path text.
-    if (url.scheme().size() <= 1)
-        url = QUrl::fromLocalFile(QString::fromUtf8(HostPath(request.file).c_str()));
-    return QDesktopServices::openUrl(url);
-}
-
 } // namespace
 
 ShellOpenHandler SetShellOpenHandler(ShellOpenHandler handler)
@@ -39,7 +22,14 @@ ShellOpenHandler SetShellOpenHandler(ShellOpenHandler handler)
 
 bool ShellOpen(const ShellOpenRequest& request)
 {
-    return Handler() ? Handler()(request) : OpenWithDesktop(request);
+    if (Handler())
+        return Handler()(request);
+    if (request.file.empty())
+        return false;
+    const HINSTANCE result =
+        ShellExecuteA(nullptr, request.verb.c_str(), request.file.c_str(),
+                      request.parameters.empty() ? nullptr : request.parameters.c_str(), nullptr, request.show);
+    return reinterpret_cast<std::intptr_t>(result) > 32;
 }
 
 } // namespace vx

@@ -1,7 +1,7 @@
 // Opening a URL, a "mailto:" link or a document with the desktop's handler,
-// as the shell's "open" verb did. Requests go to a handler that a host or a
-// test may install; the default one hands them to Qt's desktop services
-// (xdg-open and the desktop's settings behind them).
+// as ShellExecuteEx with the "open" verb did. Requests go to a handler that a
+// host or a test may install; without one they go to the platform's
+// ShellExecuteA (platform/shellexecute.h), which asks the desktop (GIO).
 //
 //   vx::ShellOpenRequest r;
 //   r.file = "http://www.example.com";
