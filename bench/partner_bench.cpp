@@ -18,6 +18,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -167,6 +169,25 @@ void EndPair()
     std::filesystem::remove_all(p.dir, ec);
 }
 
+// One request with its reply over the link; false if no reply came.
+bool LinkRoundTrip(HWND partner, char* payload)
+{
+    KData* request = KProcessIO::InitPartner(kRequest, kPayload, nullptr);
+    request->Write(payload, kPayload);
+    const int result = KProcessIO::SendPartner(partner, request);
+    KData* reply = KProcessIO::ExitPartner(request, result);
+    if (!reply)
+        return false;
+    reply->Read(payload, kPayload);
+    KProcessIO::ClosePartner(reply);
+    return true;
+}
+
+bool BareRoundTrip(int socket, std::vector<char>& block)
+{
+    return WriteAll(socket, block.data(), block.size()) && ReadAll(socket, block.data(), block.size());
+}
+
 void BM_PartnerRoundTrip(benchmark::State& state)
 {
     Pair& p = ThePair();
@@ -177,16 +198,10 @@ void BM_PartnerRoundTrip(benchmark::State& state)
     char payload[kPayload];
     std::memset(payload, 'p', sizeof payload);
     for (auto _ : state) {
-        KData* request = KProcessIO::InitPartner(kRequest, kPayload, nullptr);
-        request->Write(payload, kPayload);
-        const int result = KProcessIO::SendPartner(p.partnerWindow, request);
-        KData* reply = KProcessIO::ExitPartner(request, result);
-        if (!reply) {
+        if (!LinkRoundTrip(p.partnerWindow, payload)) {
             state.SkipWithError("no reply");
             return;
         }
-        reply->Read(payload, kPayload);
-        KProcessIO::ClosePartner(reply);
         benchmark::DoNotOptimize(payload[0]);
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * 2 * kBlockBytes);
@@ -197,7 +212,7 @@ void BM_BareSocketPingPong(benchmark::State& state)
     Pair& p = ThePair();
     std::vector<char> block(kBlockBytes, 'b');
     for (auto _ : state) {
-        if (!WriteAll(p.bare, block.data(), block.size()) || !ReadAll(p.bare, block.data(), block.size())) {
+        if (!BareRoundTrip(p.bare, block)) {
             state.SkipWithError("the echo ended");
             return;
         }
@@ -206,7 +221,50 @@ void BM_BareSocketPingPong(benchmark::State& state)
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * 2 * kBlockBytes);
 }
 
+double Median(std::vector<double>& values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+// Both round trips in turn, so that both see the same load of the machine:
+// the medians of each, and their ratio.
+void BM_PartnerVersusBare(benchmark::State& state)
+{
+    Pair& p = ThePair();
+    if (!p.ok) {
+        state.SkipWithError("the partner did not come up");
+        return;
+    }
+    char payload[kPayload];
+    std::memset(payload, 'p', sizeof payload);
+    std::vector<char> block(kBlockBytes, 'b');
+    std::vector<double> link, bare;
+    using Clock = std::chrono::steady_clock;
+    for (auto _ : state) {
+        const auto t0 = Clock::now();
+        if (!LinkRoundTrip(p.partnerWindow, payload)) {
+            state.SkipWithError("no reply");
+            return;
+        }
+        const auto t1 = Clock::now();
+        if (!BareRoundTrip(p.bare, block)) {
+            state.SkipWithError("the echo ended");
+            return;
+        }
+        const auto t2 = Clock::now();
+        link.push_back(std::chrono::duration<double, std::nano>(t1 - t0).count());
+        bare.push_back(std::chrono::duration<double, std::nano>(t2 - t1).count());
+    }
+    const double linkMedian = Median(link);
+    const double bareMedian = Median(bare);
+    state.counters["link_median_ns"] = linkMedian;
+    state.counters["bare_median_ns"] = bareMedian;
+    state.counters["ratio"] = bareMedian > 0 ? linkMedian / bareMedian : 0;
+}
+
 } // namespace
 
 BENCHMARK(BM_PartnerRoundTrip)->UseRealTime()->Repetitions(9)->ReportAggregatesOnly(true);
 BENCHMARK(BM_BareSocketPingPong)->UseRealTime()->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(BM_PartnerVersusBare)->UseRealTime()->MinTime(2.0);

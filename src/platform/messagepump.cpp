@@ -38,6 +38,10 @@ struct Queue {
     int epfd = -1;
     int evfd = -1;
     int tfd = -1;
+    // The sources the pump's last wait found readable, so that serving them
+    // needs no second look.
+    std::vector<int> ready;
+    bool readyKnown = false;
 };
 
 Queue& TheQueue()
@@ -115,11 +119,30 @@ void ServeSources()
 {
     Queue& q = TheQueue();
     std::vector<std::pair<int, std::shared_ptr<std::function<void()>>>> sources;
+    bool known = false;
     {
         std::lock_guard lock(q.lock);
         if (q.sources.empty())
             return;
-        sources.assign(q.sources.begin(), q.sources.end());
+        known = q.readyKnown;
+        if (q.readyKnown) {
+            // What the wait just reported; the rest is seen by the next one.
+            q.readyKnown = false;
+            for (int fd : q.ready) {
+                if (auto it = q.sources.find(fd); it != q.sources.end())
+                    sources.emplace_back(fd, it->second);
+            }
+            q.ready.clear();
+        } else {
+            sources.assign(q.sources.begin(), q.sources.end());
+        }
+    }
+    if (sources.empty())
+        return;
+    if (known) {
+        for (const auto& source : sources)
+            (*source.second)();
+        return;
     }
     std::vector<pollfd> fds;
     for (const auto& s : sources)
@@ -136,16 +159,25 @@ int WaitMs(int timeoutMs)
 {
     // Every change of the queue and the timers already keeps the signals
     // true, so the pump's own waits skip the resync of MessagePumpFd (three
-    // system calls on each message of the window bus).
+    // system calls on each message of the window bus). The wait notes which
+    // sources are ready, for ServeSources.
+    Queue& q = TheQueue();
     int fd;
     {
-        Queue& q = TheQueue();
         std::lock_guard lock(q.lock);
         EnsureFdsLocked(q);
         fd = q.epfd;
     }
-    pollfd p{fd, POLLIN, 0};
-    return poll(&p, 1, timeoutMs);
+    epoll_event events[16];
+    const int n = epoll_wait(fd, events, 16, timeoutMs);
+    std::lock_guard lock(q.lock);
+    q.ready.clear();
+    q.readyKnown = n >= 0 && n < 16;
+    for (int i = 0; q.readyKnown && i < n; ++i) {
+        if (events[i].data.fd != q.evfd && events[i].data.fd != q.tfd)
+            q.ready.push_back(events[i].data.fd);
+    }
+    return n;
 }
 
 } // namespace

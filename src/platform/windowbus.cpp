@@ -27,7 +27,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <sstream>
 
 namespace vx {
 namespace {
@@ -38,6 +37,15 @@ using detail::FrameKind;
 constexpr std::size_t kHeaderSize = sizeof(FrameHeader);
 constexpr std::size_t kPlacementSize = sizeof(WINDOWPLACEMENT);
 static_assert(kPlacementSize == 44, "a placement travels as eleven 32-bit values");
+// Data bytes per datagram: larger blocks travel in pieces, well within the
+// default socket buffers.
+constexpr std::size_t kPiece = 60 * 1024;
+constexpr std::size_t kDatagramMax = kHeaderSize + kPiece;
+// How often a process waiting for an answer checks that the other one
+// still runs: a datagram socket does not tell when its peer has gone.
+constexpr int kLivenessCheckMs = 250;
+// Blocks arriving in pieces at the same time, at most.
+constexpr std::size_t kMaxPartials = 16;
 
 std::mutex g_logLock;
 WindowBusLog g_log;
@@ -62,93 +70,85 @@ bool CarriesNumbersOnly(UINT message)
            message == WM_ACTIVATE || message == WM_ENABLE;
 }
 
-std::string RegistryEscape(const std::string& text)
-{
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-        case '\\': out += "\\\\"; break;
-        case '\t': out += "\\t"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        default: out += c;
-        }
-    }
-    return out;
-}
-
-std::string RegistryUnescape(const std::string& text)
-{
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\\' || i + 1 == text.size()) {
-            out += text[i];
-            continue;
-        }
-        const char c = text[++i];
-        out += c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c;
-    }
-    return out;
-}
-
 std::string ReadFile(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-// A received-bytes buffer that grows without clearing what it gets.
-struct InBuffer {
-    std::unique_ptr<char[]> bytes;
-    std::size_t capacity = 0;
-    std::size_t begin = 0;
-    std::size_t end = 0;
+std::string SocketPath(const std::string& dir, pid_t pid)
+{
+    return dir + "/" + std::to_string(pid) + ".sock";
+}
 
-    std::size_t Size() const { return end - begin; }
-    const char* Data() const { return bytes.get() + begin; }
-    void Consume(std::size_t n)
-    {
-        begin += n;
-        if (begin == end)
-            begin = end = 0;
-    }
-    // Room for at least `room` more bytes behind what is held.
-    void Reserve(std::size_t room)
-    {
-        if (capacity - end >= room)
-            return;
-        const std::size_t held = Size();
-        if (capacity - held >= room && begin > 0) {
-            std::memmove(bytes.get(), bytes.get() + begin, held);
-        } else {
-            const std::size_t grown = std::max(capacity * 2, held + room);
-            std::unique_ptr<char[]> fresh(new char[grown]);
-            if (held)
-                std::memcpy(fresh.get(), bytes.get() + begin, held);
-            bytes = std::move(fresh);
-            capacity = grown;
-        }
-        begin = 0;
-        end = held;
-    }
+std::string RegistryPath(const std::string& dir, pid_t pid)
+{
+    return dir + "/" + std::to_string(pid) + ".win";
+}
+
+struct Address {
+    sockaddr_un un{};
+    socklen_t length = 0;
 };
 
-struct Connection {
-    int fd = -1;
-    pid_t peer = 0;
-    bool incoming = false;
-    bool closed = false;
-    bool writing = false; // a frame is half written; nested requests need another connection
-    InBuffer in;
-};
-using ConnectionPtr = std::shared_ptr<Connection>;
+bool MakeAddress(const std::string& path, Address& out)
+{
+    out = Address{};
+    out.un.sun_family = AF_UNIX;
+    if (path.size() >= sizeof out.un.sun_path)
+        return false;
+    std::memcpy(out.un.sun_path, path.c_str(), path.size() + 1);
+    out.length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size() + 1);
+    return true;
+}
 
-struct Frame {
+// Makes the directory if needed and insists that it is the user's own and
+// closed to everyone else.
+bool MakePrivateDirectory(const std::string& dir)
+{
+    if (mkdir(dir.c_str(), 0700) != 0 && errno != EEXIST) {
+        Log("window bus: cannot create " + dir + ": " + std::strerror(errno));
+        return false;
+    }
+    struct stat st {};
+    if (lstat(dir.c_str(), &st) != 0 || !S_ISDIR(st.st_mode)) {
+        Log("window bus: " + dir + " is not a directory");
+        return false;
+    }
+    if (st.st_uid != geteuid()) {
+        Log("window bus: " + dir + " belongs to another user");
+        return false;
+    }
+    if ((st.st_mode & 077) != 0 && chmod(dir.c_str(), 0700) != 0) {
+        Log("window bus: cannot make " + dir + " private");
+        return false;
+    }
+    return true;
+}
+
+// A whole message as it arrived, with who sent it.
+struct Message {
+    FrameHeader header{};
+    std::vector<char> data;
+    pid_t sender = 0;
+    Address from;
+};
+
+// A block arriving in pieces.
+struct Partial {
+    pid_t sender = 0;
+    std::uint32_t kind = 0;
+    std::uint32_t sequence = 0;
     FrameHeader header{};
     std::vector<char> data;
 };
 
-enum class Take { Frame, Incomplete, Broken };
+enum class Got {
+    Message, // a whole message
+    Piece,   // a piece of a larger one
+    Dropped, // a datagram refused
+    Nothing, // nothing there, or the wait timed out
+};
 
 class Bus final : public RemoteWindows {
 public:
@@ -177,18 +177,13 @@ private:
 
     LRESULT Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, const void* data,
                     std::uint32_t length);
-    ConnectionPtr Deliver(pid_t pid, const FrameHeader& header, const void* data);
-    ConnectionPtr Outgoing(pid_t pid, bool& fresh);
-    ConnectionPtr Connect(pid_t pid);
-    bool WriteFrame(const ConnectionPtr& c, const FrameHeader& header, const void* data);
-    short WaitAndServe(Connection* watch, short events, int timeoutMs, int* served);
-    void Accept();
-    void ServeConnection(const ConnectionPtr& c, int* served);
-    void Handle(const ConnectionPtr& c, const Frame& frame);
-    LRESULT Dispatch(const Frame& frame);
-    bool Fill(Connection& c);
-    Take TakeFrame(Connection& c, Frame& out);
-    void Close(const ConnectionPtr& c);
+    bool SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data);
+    int SenderFor(const std::string& path);
+    void DropSender(const std::string& path);
+    Got Receive(bool wait, Message& out);
+    bool ServeOne();
+    void Handle(const Message& message);
+    LRESULT Dispatch(const Message& message);
 
     std::mutex m_lock; // guards the state below; never held while waiting
     bool m_running = false;
@@ -196,11 +191,14 @@ private:
     long long m_startTime = -1;
     std::vector<HWND> m_published;
 
-    // Connections belong to the pumping thread.
-    int m_listen = -1;
-    std::map<int, ConnectionPtr> m_incoming;
-    std::map<pid_t, ConnectionPtr> m_outgoing;
-    std::vector<ConnectionPtr> m_extra;
+    // The sockets and the pieces belong to the pumping thread.
+    int m_socket = -1;
+    uid_t m_uid = 0;
+    // Sockets connected to other processes' sockets (by path), so that a
+    // datagram needs no look-up of the path.
+    std::map<std::string, int> m_senders;
+    std::unique_ptr<char[]> m_datagram;
+    std::vector<Partial> m_partials;
     std::uint32_t m_sequence = 0;
 };
 
@@ -210,59 +208,9 @@ Bus& TheBus()
     return *bus;
 }
 
-std::string SocketPath(const std::string& dir, pid_t pid)
-{
-    return dir + "/" + std::to_string(pid) + ".sock";
-}
-
-std::string RegistryPath(const std::string& dir, pid_t pid)
-{
-    return dir + "/" + std::to_string(pid) + ".win";
-}
-
-// Makes the directory if needed and insists that it is the user's own and
-// closed to everyone else.
-bool MakePrivateDirectory(const std::string& dir)
-{
-    if (mkdir(dir.c_str(), 0700) != 0 && errno != EEXIST) {
-        Log("window bus: cannot create " + dir + ": " + std::strerror(errno));
-        return false;
-    }
-    struct stat st {};
-    if (lstat(dir.c_str(), &st) != 0 || !S_ISDIR(st.st_mode)) {
-        Log("window bus: " + dir + " is not a directory");
-        return false;
-    }
-    if (st.st_uid != geteuid()) {
-        Log("window bus: " + dir + " belongs to another user");
-        return false;
-    }
-    if ((st.st_mode & 077) != 0 && chmod(dir.c_str(), 0700) != 0) {
-        Log("window bus: cannot make " + dir + " private");
-        return false;
-    }
-    return true;
-}
-
-bool WriteAll(int fd, const void* bytes, std::size_t size)
-{
-    const char* p = static_cast<const char*>(bytes);
-    while (size) {
-        const ssize_t n = send(fd, p, size, MSG_NOSIGNAL);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        p += n;
-        size -= static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
 void AtExitRemoveFiles()
 {
-    Bus& bus = TheBus();
-    bus.Stop();
+    TheBus().Stop();
 }
 
 // --- registry files ---------------------------------------------------------
@@ -351,32 +299,38 @@ bool Bus::Start()
     if (!MakePrivateDirectory(dir))
         return false;
     const std::string path = SocketPath(dir, detail::CurrentProcessId());
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    if (path.size() >= sizeof addr.sun_path) {
+    Address address;
+    if (!MakeAddress(path, address)) {
         Log("window bus: the socket path is too long: " + path);
         return false;
     }
-    std::memcpy(addr.sun_path, path.c_str(), path.size() + 1);
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (fd < 0)
         return false;
     // A socket file under this process id can only be an earlier process's.
     unlink(path.c_str());
-    if (bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0 || listen(fd, 64) != 0) {
+    if (bind(fd, reinterpret_cast<sockaddr*>(&address.un), address.length) != 0) {
         Log("window bus: cannot listen on " + path + ": " + std::strerror(errno));
         close(fd);
         return false;
     }
     chmod(path.c_str(), 0600);
+    // Every datagram then carries its sender's credentials, as the kernel
+    // knows them.
+    const int on = 1;
+    setsockopt(fd, SOL_SOCKET, SO_PASSCRED, &on, sizeof on);
+    const timeval check{0, kLivenessCheckMs * 1000};
+    setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &check, sizeof check);
     m_dir = dir;
-    m_listen = fd;
+    m_socket = fd;
+    m_uid = geteuid();
+    m_datagram.reset(new char[kDatagramMax]);
     m_startTime = detail::ProcessStartTime(detail::CurrentProcessId());
     m_running = true;
     WriteRegistryLocked();
     lock.unlock();
 
-    AddPumpSource(fd, [this] { Accept(); });
+    AddPumpSource(fd, [this] { ServeOne(); });
     SetRemoteWindows(this);
     static std::once_flag atExit;
     std::call_once(atExit, [] { std::atexit(AtExitRemoveFiles); });
@@ -397,19 +351,13 @@ void Bus::Stop()
     }
     if (GetRemoteWindows() == this)
         SetRemoteWindows(nullptr);
-    std::vector<ConnectionPtr> all;
-    for (auto& [fd, c] : m_incoming)
-        all.push_back(c);
-    for (auto& [pid, c] : m_outgoing)
-        all.push_back(c);
-    all.insert(all.end(), m_extra.begin(), m_extra.end());
-    for (const auto& c : all)
-        Close(c);
-    if (m_listen >= 0) {
-        RemovePumpSource(m_listen);
-        close(m_listen);
-        m_listen = -1;
-    }
+    RemovePumpSource(m_socket);
+    close(m_socket);
+    m_socket = -1;
+    m_partials.clear();
+    for (const auto& [path, sender] : m_senders)
+        close(sender);
+    m_senders.clear();
     unlink(SocketPath(dir, detail::CurrentProcessId()).c_str());
     unlink(RegistryPath(dir, detail::CurrentProcessId()).c_str());
 }
@@ -535,15 +483,14 @@ LRESULT Bus::Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 
 bool Bus::Post(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (!CarriesNumbersOnly(message) || !Running())
-        return false;
     const pid_t pid = HandleProcess(hwnd);
-    if (pid <= 0 || pid == detail::CurrentProcessId() || !IsAlive(hwnd))
+    if (!CarriesNumbersOnly(message) || !Running() || pid <= 0 || pid == detail::CurrentProcessId() ||
+        !IsAlive(hwnd))
         return false;
     const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(FrameKind::Post),
                         reinterpret_cast<std::uintptr_t>(hwnd), message, 0, static_cast<std::uint64_t>(wParam),
                         static_cast<std::uint64_t>(lParam), 0, 0};
-    return Deliver(pid, h, nullptr) != nullptr;
+    return SendTo(SocketPath(Directory(), pid), pid, h, nullptr);
 }
 
 BOOL Bus::Show(HWND hwnd, int command)
@@ -556,24 +503,6 @@ BOOL Bus::Place(HWND hwnd, const WINDOWPLACEMENT& placement)
     return static_cast<BOOL>(Request(FrameKind::Place, hwnd, 0, 0, 0, &placement, kPlacementSize));
 }
 
-ConnectionPtr Bus::Deliver(pid_t pid, const FrameHeader& header, const void* data)
-{
-    // A kept connection may lead to a process that has ended since; then
-    // the write fails at once and one fresh connection is tried.
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        bool fresh = false;
-        ConnectionPtr c = Outgoing(pid, fresh);
-        if (!c)
-            return nullptr;
-        if (WriteFrame(c, header, data))
-            return c;
-        Close(c);
-        if (fresh)
-            return nullptr;
-    }
-    return nullptr;
-}
-
 LRESULT Bus::Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, const void* data,
                      std::uint32_t length)
 {
@@ -583,231 +512,231 @@ LRESULT Bus::Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPA
     const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(kind), reinterpret_cast<std::uintptr_t>(hwnd),
                         message, ++m_sequence, static_cast<std::uint64_t>(wParam),
                         static_cast<std::uint64_t>(lParam), length, 0};
-    const ConnectionPtr c = Deliver(pid, h, data);
-    if (!c)
+    if (!SendTo(SocketPath(Directory(), pid), pid, h, data))
         return 0;
-    const auto isAnswer = [&h](const Frame& f) {
-        return f.header.kind == static_cast<std::uint32_t>(FrameKind::Reply) && f.header.sequence == h.sequence;
-    };
     for (;;) {
-        // Requests nest strictly on one thread, so the next answer on this
-        // connection belongs to the innermost request: this one.
-        Frame reply;
-        const Take taken = TakeFrame(*c, reply);
-        if (taken == Take::Frame) {
-            if (isAnswer(reply))
-                return static_cast<LRESULT>(reply.header.lParam);
-            Log("window bus: unexpected answer from process " + std::to_string(pid));
-            Close(c);
-            return 0;
-        }
-        if (taken == Take::Broken || c->closed) {
-            Close(c);
-            return 0;
-        }
-        const short events = WaitAndServe(c.get(), POLLIN, -1, nullptr);
-        if (c->closed)
-            return 0;
-        if ((events & (POLLIN | POLLHUP | POLLERR)) && !Fill(*c)) {
-            // The receiver ended; its answer may still be in what was read.
-            const bool answered = TakeFrame(*c, reply) == Take::Frame && isAnswer(reply);
-            Close(c);
-            return answered ? static_cast<LRESULT>(reply.header.lParam) : 0;
+        // Everything for this process arrives on its one socket: the answer,
+        // and meanwhile the requests of others, served as they come. Requests
+        // nest strictly on one thread, so the next answer from that process
+        // is this one's.
+        Message in;
+        switch (Receive(true, in)) {
+        case Got::Message:
+            if (in.header.kind != static_cast<std::uint32_t>(FrameKind::Reply)) {
+                Handle(in);
+            } else if (in.sender == pid && in.header.sequence == h.sequence) {
+                return static_cast<LRESULT>(in.header.lParam);
+            } else {
+                Log("window bus: an answer nobody waits for from process " + std::to_string(in.sender));
+            }
+            break;
+        case Got::Nothing:
+            if (!Running() || detail::ProcessStartTime(pid) < 0)
+                return 0; // the receiver ended before it answered
+            break;
+        case Got::Piece:
+        case Got::Dropped:
+            break;
         }
     }
 }
 
-ConnectionPtr Bus::Outgoing(pid_t pid, bool& fresh)
+int Bus::SenderFor(const std::string& path)
 {
-    auto it = m_outgoing.find(pid);
-    if (it != m_outgoing.end() && !it->second->closed && !it->second->writing) {
-        fresh = false;
+    if (auto it = m_senders.find(path); it != m_senders.end())
         return it->second;
-    }
-    fresh = true;
-    ConnectionPtr c = Connect(pid);
-    if (!c)
-        return nullptr;
-    if (it != m_outgoing.end() && !it->second->closed)
-        m_extra.push_back(c); // the kept one is busy further up the stack
-    else
-        m_outgoing[pid] = c;
-    return c;
-}
-
-ConnectionPtr Bus::Connect(pid_t pid)
-{
-    const std::string path = SocketPath(Directory(), pid);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    if (path.size() >= sizeof addr.sun_path)
-        return nullptr;
-    std::memcpy(addr.sun_path, path.c_str(), path.size() + 1);
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    Address to;
+    if (!MakeAddress(path, to))
+        return -1;
+    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (fd < 0)
-        return nullptr;
-    int rc;
-    do {
-        rc = connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
-    } while (rc != 0 && errno == EINTR);
-    ucred cred{};
-    socklen_t size = sizeof cred;
-    if (rc != 0 || getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &cred, &size) != 0) {
+        return -1;
+    if (connect(fd, reinterpret_cast<sockaddr*>(&to.un), to.length) != 0) {
         close(fd);
-        return nullptr;
+        return -1;
     }
-    // The socket must be the one that process listens on, as this user.
-    if (cred.uid != geteuid() || cred.pid != pid) {
-        Log("window bus: the socket of process " + std::to_string(pid) + " is held by another process or user");
-        close(fd);
-        return nullptr;
-    }
-    auto c = std::make_shared<Connection>();
-    c->fd = fd;
-    c->peer = pid;
-    return c;
+    m_senders[path] = fd;
+    return fd;
 }
 
-bool Bus::WriteFrame(const ConnectionPtr& c, const FrameHeader& header, const void* data)
+void Bus::DropSender(const std::string& path)
 {
-    const std::size_t total = kHeaderSize + header.dataLength;
-    std::size_t done = 0;
-    c->writing = true;
-    while (done < total) {
-        iovec parts[2];
-        int count = 0;
-        if (done < kHeaderSize) {
-            parts[count++] = iovec{const_cast<char*>(reinterpret_cast<const char*>(&header)) + done, kHeaderSize - done};
-            if (header.dataLength)
-                parts[count++] = iovec{const_cast<void*>(data), header.dataLength};
-        } else {
-            parts[count++] = iovec{static_cast<char*>(const_cast<void*>(data)) + (done - kHeaderSize), total - done};
-        }
+    if (auto it = m_senders.find(path); it != m_senders.end()) {
+        close(it->second);
+        m_senders.erase(it);
+    }
+}
+
+bool Bus::SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data)
+{
+    const std::size_t total = header.dataLength;
+    std::size_t offset = 0;
+    bool fresh = !m_senders.count(path);
+    do {
+        const std::size_t piece = std::min(kPiece, total - offset);
+        header.offset = static_cast<std::uint32_t>(offset);
+        iovec parts[2] = {{&header, kHeaderSize}, {static_cast<char*>(const_cast<void*>(data)) + offset, piece}};
         msghdr msg{};
         msg.msg_iov = parts;
-        msg.msg_iovlen = static_cast<std::size_t>(count);
-        const ssize_t n = sendmsg(c->fd, &msg, MSG_DONTWAIT | MSG_NOSIGNAL);
-        if (n > 0) {
-            done += static_cast<std::size_t>(n);
-            continue;
-        }
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            // The receiver may itself be writing to us: keep serving.
-            const short events = WaitAndServe(c.get(), POLLOUT, -1, nullptr);
-            if (!(events & (POLLHUP | POLLERR)) && !c->closed)
+        msg.msg_iovlen = piece ? 2 : 1;
+        for (;;) {
+            const int fd = SenderFor(path);
+            if (fd < 0)
+                return false;
+            if (sendmsg(fd, &msg, MSG_DONTWAIT | MSG_NOSIGNAL) >= 0)
+                break;
+            if (errno == EINTR)
                 continue;
+            if (errno != EAGAIN && errno != EWOULDBLOCK) {
+                // The socket led to a process that has ended since; one
+                // made afresh finds its successor, if there is one.
+                DropSender(path);
+                if (fresh || offset > 0)
+                    return false;
+                fresh = true;
+                continue;
+            }
+            // The receiver's queue is full. It may itself be sending to this
+            // process, so what arrives meanwhile is served.
+            if (detail::ProcessStartTime(receiver) < 0)
+                return false;
+            pollfd p{m_socket, POLLIN, 0};
+            if (poll(&p, 1, 1) > 0)
+                ServeOne();
         }
-        c->writing = false;
-        return false;
-    }
-    c->writing = false;
+        offset += piece;
+    } while (offset < total);
     return true;
 }
 
 // --- receiving --------------------------------------------------------------------
 
-short Bus::WaitAndServe(Connection* watch, short events, int timeoutMs, int* served)
+Got Bus::Receive(bool wait, Message& out)
 {
-    std::vector<pollfd> fds;
-    std::vector<ConnectionPtr> incoming;
-    if (watch)
-        fds.push_back(pollfd{watch->fd, events, 0});
-    if (m_listen >= 0)
-        fds.push_back(pollfd{m_listen, POLLIN, 0});
-    for (const auto& [fd, c] : m_incoming) {
-        fds.push_back(pollfd{fd, POLLIN, 0});
-        incoming.push_back(c);
-    }
-    int rc;
+    iovec part{m_datagram.get(), kDatagramMax};
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(ucred))];
+    msghdr msg{};
+    msg.msg_name = &out.from.un;
+    msg.msg_namelen = sizeof out.from.un;
+    msg.msg_iov = &part;
+    msg.msg_iovlen = 1;
+    msg.msg_control = control;
+    msg.msg_controllen = sizeof control;
+    ssize_t n;
     do {
-        rc = poll(fds.data(), fds.size(), timeoutMs);
-    } while (rc < 0 && errno == EINTR);
-    if (rc <= 0)
-        return 0;
-    std::size_t i = 0;
-    short watched = 0;
-    if (watch)
-        watched = fds[i++].revents;
-    if (m_listen >= 0 && (fds[i++].revents & POLLIN))
-        Accept();
-    for (const auto& c : incoming) {
-        if (fds[i++].revents & (POLLIN | POLLHUP | POLLERR))
-            ServeConnection(c, served);
+        n = recvmsg(m_socket, &msg, (wait ? 0 : MSG_DONTWAIT) | MSG_CMSG_CLOEXEC);
+    } while (n < 0 && errno == EINTR);
+    if (n < 0)
+        return Got::Nothing;
+    out.from.length = msg.msg_namelen;
+    const ucred* cred = nullptr;
+    for (cmsghdr* c = CMSG_FIRSTHDR(&msg); c; c = CMSG_NXTHDR(&msg, c)) {
+        if (c->cmsg_level == SOL_SOCKET && c->cmsg_type == SCM_CREDENTIALS)
+            cred = reinterpret_cast<const ucred*>(CMSG_DATA(c));
     }
-    return watched;
+    if (!cred || cred->uid != m_uid) {
+        Log("window bus: refused a message from user " + (cred ? std::to_string(cred->uid) : std::string("?")) +
+            " (process " + (cred ? std::to_string(cred->pid) : std::string("?")) + ")");
+        return Got::Dropped;
+    }
+    out.sender = cred->pid;
+    const std::string who = " from process " + std::to_string(out.sender);
+    if ((msg.msg_flags & MSG_TRUNC) || static_cast<std::size_t>(n) < kHeaderSize) {
+        Log("window bus: refused a malformed message" + who);
+        return Got::Dropped;
+    }
+    FrameHeader h;
+    std::memcpy(&h, m_datagram.get(), kHeaderSize);
+    const std::size_t piece = static_cast<std::size_t>(n) - kHeaderSize;
+    const auto kind = static_cast<FrameKind>(h.kind);
+    const bool mayCarry = (kind == FrameKind::Send && h.message == WM_COPYDATA) || kind == FrameKind::Place;
+    std::string fault;
+    if (h.magic != detail::kBusMagic || h.kind < 1 || h.kind > 5)
+        fault = "a malformed message";
+    else if (h.dataLength > kMaxCopyDataBytes)
+        fault = "a block of " + std::to_string(h.dataLength) + " bytes (more than 16 MiB)";
+    else if (h.dataLength && !mayCarry)
+        fault = "data with a message that carries none";
+    else if (kind == FrameKind::Place && h.dataLength != kPlacementSize)
+        fault = "a placement of " + std::to_string(h.dataLength) + " bytes";
+    else if (static_cast<std::size_t>(h.offset) + piece > h.dataLength ||
+             (piece < kPiece && h.offset + piece != h.dataLength))
+        fault = "a piece that does not fit its block";
+    if (!fault.empty()) {
+        Log("window bus: refused " + fault + who);
+        return Got::Dropped;
+    }
+    if (h.offset == 0 && piece == h.dataLength) {
+        out.header = h;
+        out.data.assign(m_datagram.get() + kHeaderSize, m_datagram.get() + n);
+        return Got::Message;
+    }
+
+    // A piece: a sender's datagrams arrive in the order sent, so each block
+    // grows from its start; one that breaks off is dropped.
+    auto it = std::find_if(m_partials.begin(), m_partials.end(), [&](const Partial& p) {
+        return p.sender == out.sender && p.kind == h.kind && p.sequence == h.sequence;
+    });
+    if (h.offset == 0) {
+        if (it != m_partials.end())
+            m_partials.erase(it);
+        if (m_partials.size() >= kMaxPartials)
+            m_partials.erase(m_partials.begin());
+        Partial p{out.sender, h.kind, h.sequence, h, {}};
+        p.data.reserve(h.dataLength);
+        m_partials.push_back(std::move(p));
+        it = m_partials.end() - 1;
+    } else if (it == m_partials.end() || it->data.size() != h.offset) {
+        if (it != m_partials.end())
+            m_partials.erase(it);
+        Log("window bus: refused a piece out of its order" + who);
+        return Got::Dropped;
+    }
+    it->data.insert(it->data.end(), m_datagram.get() + kHeaderSize, m_datagram.get() + n);
+    if (it->data.size() < h.dataLength)
+        return Got::Piece;
+    out.header = it->header;
+    out.data = std::move(it->data);
+    m_partials.erase(it);
+    return Got::Message;
 }
 
-void Bus::Accept()
+bool Bus::ServeOne()
 {
     for (;;) {
-        const int fd = accept4(m_listen, nullptr, nullptr, SOCK_CLOEXEC);
-        if (fd < 0) {
-            if (errno == EINTR)
-                continue;
-            return;
-        }
-        ucred cred{};
-        socklen_t size = sizeof cred;
-        if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &cred, &size) != 0 || cred.uid != geteuid()) {
-            Log("window bus: refused a connection from user " + std::to_string(cred.uid) + " (process " +
-                std::to_string(cred.pid) + ")");
-            close(fd);
-            continue;
-        }
-        auto c = std::make_shared<Connection>();
-        c->fd = fd;
-        c->peer = cred.pid;
-        c->incoming = true;
-        m_incoming[fd] = c;
-        std::weak_ptr<Connection> weak = c;
-        AddPumpSource(fd, [this, weak] {
-            if (auto live = weak.lock())
-                ServeConnection(live, nullptr);
-        });
-    }
-}
-
-void Bus::ServeConnection(const ConnectionPtr& c, int* served)
-{
-    if (c->closed)
-        return;
-    const bool open = Fill(*c);
-    for (;;) {
-        Frame frame;
-        const Take taken = TakeFrame(*c, frame);
-        if (taken == Take::Broken) {
-            Close(c);
-            return;
-        }
-        if (taken == Take::Incomplete)
+        Message in;
+        switch (Receive(false, in)) {
+        case Got::Message:
+            if (in.header.kind == static_cast<std::uint32_t>(FrameKind::Reply))
+                Log("window bus: an answer nobody waits for from process " + std::to_string(in.sender));
+            else
+                Handle(in);
+            return true;
+        case Got::Nothing:
+            return false;
+        case Got::Piece:
+        case Got::Dropped:
             break;
-        Handle(c, frame);
-        if (served)
-            ++*served;
-        if (c->closed)
-            return;
+        }
     }
-    if (!open)
-        Close(c);
 }
 
-void Bus::Handle(const ConnectionPtr& c, const Frame& frame)
+void Bus::Handle(const Message& message)
 {
-    const FrameHeader& h = frame.header;
+    const FrameHeader& h = message.header;
     const auto hwnd = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(h.hwnd));
+    const bool mine = IsLocalHandle(hwnd) && IsPublished(hwnd);
     LRESULT result = 0;
     switch (static_cast<FrameKind>(h.kind)) {
     case FrameKind::Post:
-        if (IsLocalHandle(hwnd) && IsPublished(hwnd) && CarriesNumbersOnly(h.message))
+        if (mine && CarriesNumbersOnly(h.message))
             PostMessageA(hwnd, h.message, static_cast<WPARAM>(h.wParam), static_cast<LPARAM>(h.lParam));
         return;
     case FrameKind::Send:
-        result = Dispatch(frame);
+        result = Dispatch(message);
         break;
     case FrameKind::Show:
-        if (IsLocalHandle(hwnd) && IsPublished(hwnd)) {
+        if (mine) {
             // A CWnd keeps its own state of being shown.
             CWnd* window = CWnd::FromHandle(hwnd);
             result = window ? window->ShowWindow(static_cast<int>(h.wParam))
@@ -815,106 +744,39 @@ void Bus::Handle(const ConnectionPtr& c, const Frame& frame)
         }
         break;
     case FrameKind::Place:
-        if (IsLocalHandle(hwnd) && IsPublished(hwnd)) {
+        if (mine) {
             WINDOWPLACEMENT wp;
-            std::memcpy(&wp, frame.data.data(), kPlacementSize);
+            std::memcpy(&wp, message.data.data(), kPlacementSize);
             result = SetWindowPlacement(hwnd, &wp);
         }
         break;
     case FrameKind::Reply:
-        Log("window bus: an answer came where a request belongs (process " + std::to_string(c->peer) + ")");
-        Close(c);
         return;
     }
-    FrameHeader reply{detail::kBusMagic, static_cast<std::uint32_t>(FrameKind::Reply), h.hwnd, h.message, h.sequence,
-                      0, static_cast<std::uint64_t>(result), 0, 0};
-    if (!c->closed && !WriteAll(c->fd, &reply, sizeof reply))
-        Close(c);
+    const FrameHeader reply{detail::kBusMagic, static_cast<std::uint32_t>(FrameKind::Reply), h.hwnd, h.message,
+                            h.sequence, 0, static_cast<std::uint64_t>(result), 0, 0};
+    // Buses send from unnamed sockets and wait on their own; a named sender
+    // gets the answer where it sent from.
+    const bool named = message.from.length > offsetof(sockaddr_un, sun_path) + 1 && message.from.un.sun_path[0];
+    const std::string to = named ? std::string(message.from.un.sun_path,
+                                               strnlen(message.from.un.sun_path, sizeof message.from.un.sun_path))
+                                 : SocketPath(Directory(), message.sender);
+    SendTo(to, message.sender, reply, nullptr);
 }
 
-LRESULT Bus::Dispatch(const Frame& frame)
+LRESULT Bus::Dispatch(const Message& message)
 {
-    const FrameHeader& h = frame.header;
+    const FrameHeader& h = message.header;
     const auto hwnd = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(h.hwnd));
     if (!IsLocalHandle(hwnd) || !IsPublished(hwnd))
         return 0;
     if (h.message == WM_COPYDATA) {
-        COPYDATASTRUCT cds{static_cast<ULONG_PTR>(h.lParam), h.dataLength,
-                           const_cast<char*>(frame.data.data())};
+        COPYDATASTRUCT cds{static_cast<ULONG_PTR>(h.lParam), h.dataLength, const_cast<char*>(message.data.data())};
         return SendMessageA(hwnd, WM_COPYDATA, static_cast<WPARAM>(h.wParam), reinterpret_cast<LPARAM>(&cds));
     }
     if (!CarriesNumbersOnly(h.message))
         return 0;
     return SendMessageA(hwnd, h.message, static_cast<WPARAM>(h.wParam), static_cast<LPARAM>(h.lParam));
-}
-
-bool Bus::Fill(Connection& c)
-{
-    for (;;) {
-        c.in.Reserve(64 * 1024);
-        const std::size_t room = c.in.capacity - c.in.end;
-        const ssize_t n = recv(c.fd, c.in.bytes.get() + c.in.end, room, MSG_DONTWAIT);
-        if (n > 0) {
-            c.in.end += static_cast<std::size_t>(n);
-            if (static_cast<std::size_t>(n) < room)
-                return true;
-            continue;
-        }
-        if (n < 0 && errno == EINTR)
-            continue;
-        return n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
-    }
-}
-
-Take Bus::TakeFrame(Connection& c, Frame& out)
-{
-    if (c.in.Size() < kHeaderSize)
-        return Take::Incomplete;
-    FrameHeader h;
-    std::memcpy(&h, c.in.Data(), kHeaderSize);
-    const auto kind = static_cast<FrameKind>(h.kind);
-    const bool known = h.kind >= 1 && h.kind <= 5;
-    const bool mayCarry = (kind == FrameKind::Send && h.message == WM_COPYDATA) || kind == FrameKind::Place;
-    std::string fault;
-    if (h.magic != detail::kBusMagic || !known)
-        fault = "a malformed frame";
-    else if (h.dataLength > kMaxCopyDataBytes)
-        fault = "a block of " + std::to_string(h.dataLength) + " bytes (more than 16 MiB)";
-    else if (h.dataLength && !mayCarry)
-        fault = "data with a message that carries none";
-    else if (kind == FrameKind::Place && h.dataLength != kPlacementSize)
-        fault = "a placement of " + std::to_string(h.dataLength) + " bytes";
-    if (!fault.empty()) {
-        // The stream cannot be trusted past this point, so nothing more of
-        // it is read.
-        Log("window bus: refused " + fault + " from process " + std::to_string(c.peer));
-        return Take::Broken;
-    }
-    if (c.in.Size() < kHeaderSize + h.dataLength) {
-        c.in.Reserve(kHeaderSize + h.dataLength - c.in.Size());
-        return Take::Incomplete;
-    }
-    out.header = h;
-    out.data.assign(c.in.Data() + kHeaderSize, c.in.Data() + kHeaderSize + h.dataLength);
-    c.in.Consume(kHeaderSize + h.dataLength);
-    return Take::Frame;
-}
-
-void Bus::Close(const ConnectionPtr& c)
-{
-    if (c->closed)
-        return;
-    c->closed = true;
-    if (c->incoming) {
-        RemovePumpSource(c->fd);
-        m_incoming.erase(c->fd);
-    } else {
-        auto it = m_outgoing.find(c->peer);
-        if (it != m_outgoing.end() && it->second == c)
-            m_outgoing.erase(it);
-        m_extra.erase(std::remove(m_extra.begin(), m_extra.end(), c), m_extra.end());
-    }
-    close(c->fd);
 }
 
 int Bus::ServeFor(int timeoutMs)
@@ -926,7 +788,9 @@ int Bus::ServeFor(int timeoutMs)
     for (;;) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
-        WaitAndServe(nullptr, 0, static_cast<int>(std::max<long long>(left, 0)), &served);
+        pollfd p{m_socket, POLLIN, 0};
+        if (poll(&p, 1, static_cast<int>(std::max<long long>(left, 0))) > 0 && ServeOne())
+            ++served;
         if (left <= 0)
             return served;
     }
@@ -935,44 +799,6 @@ int Bus::ServeFor(int timeoutMs)
 } // namespace
 
 namespace detail {
-
-std::string FormatRegistry(const Registry& registry)
-{
-    std::ostringstream out;
-    out << "vxbus 1\nstart " << registry.startTime << "\n";
-    for (const auto& w : registry.windows) {
-        char handle[32];
-        std::snprintf(handle, sizeof handle, "%llx",
-                      static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(w.hwnd)));
-        out << handle << '\t' << RegistryEscape(w.className) << '\t' << RegistryEscape(w.title) << '\n';
-    }
-    return out.str();
-}
-
-bool ParseRegistry(const std::string& text, Registry& out)
-{
-    std::istringstream in(text);
-    std::string line;
-    if (!std::getline(in, line) || line != "vxbus 1")
-        return false;
-    if (!std::getline(in, line) || line.rfind("start ", 0) != 0)
-        return false;
-    out.startTime = std::strtoll(line.c_str() + 6, nullptr, 10);
-    out.windows.clear();
-    while (std::getline(in, line)) {
-        const auto tab1 = line.find('\t');
-        const auto tab2 = tab1 == std::string::npos ? tab1 : line.find('\t', tab1 + 1);
-        if (tab2 == std::string::npos)
-            continue;
-        RegisteredWindow w;
-        w.hwnd = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(std::strtoull(line.c_str(), nullptr, 16)));
-        w.className = RegistryUnescape(line.substr(tab1 + 1, tab2 - tab1 - 1));
-        w.title = RegistryUnescape(line.substr(tab2 + 1));
-        if (w.hwnd)
-            out.windows.push_back(std::move(w));
-    }
-    return true;
-}
 
 BOOL RemoteSetPlacement(HWND hwnd, const WINDOWPLACEMENT& placement)
 {

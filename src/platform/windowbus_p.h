@@ -2,12 +2,15 @@
 //
 // The window bus's wire frames and its registry files.
 //
-// Between two processes, each direction has its own connection: a process
-// writes its requests (and posts) on the connection it opened to the other,
-// and gets the replies back on it; it reads the other's requests from the
-// connections it accepted. A frame is a fixed header and, for WM_COPYDATA and
-// a placement, the data; all numbers are little-endian, the memory image of
-// FrameHeader on the hosts the port runs on.
+// Each process has one datagram socket, "<pid>.sock" in the bus directory,
+// and everything for it arrives there: requests and posts of others, and the
+// answers to its own requests. A process waiting for an answer therefore
+// needs one blocking receive, and serves whatever else arrives meanwhile. A
+// datagram is a fixed header and up to 60 KiB of data; a larger block (a
+// WM_COPYDATA, a placement) travels in pieces, each with the header and its
+// offset in the block. All numbers are little-endian, the memory image of
+// FrameHeader on the hosts the port runs on. The kernel adds each
+// datagram's sender credentials (SO_PASSCRED).
 //
 // The registry file "<pid>.win" lists a process's published windows:
 //   vxbus 1
@@ -46,8 +49,8 @@ struct FrameHeader {
     std::uint32_t sequence;
     std::uint64_t wParam;
     std::uint64_t lParam; // dwData for WM_COPYDATA; the result in a Reply
-    std::uint32_t dataLength;
-    std::uint32_t reserved;
+    std::uint32_t dataLength; // of the whole block
+    std::uint32_t offset;     // of this datagram's piece in the block
 };
 static_assert(sizeof(FrameHeader) == 48, "the frame header is 48 bytes on the wire");
 

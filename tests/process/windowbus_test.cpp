@@ -25,41 +25,67 @@ std::string SocketOf(pid_t pid)
     return vx::WindowBusDirectory() + "/" + std::to_string(pid) + ".sock";
 }
 
-int ConnectTo(const std::string& path)
-{
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    std::strncpy(addr.sun_path, path.c_str(), sizeof addr.sun_path - 1);
-    if (connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0) {
-        close(fd);
-        return -1;
+// A process's socket as anyone could use it: datagrams out, answers in.
+class RawClient {
+public:
+    explicit RawClient(const std::string& path) : m_path(path)
+    {
+        m_fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+        sockaddr_un addr = Address(path);
+        unlink(path.c_str());
+        bind(m_fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
     }
-    return fd;
-}
-
-FrameHeader Header(vx::detail::FrameKind kind, HWND hwnd, UINT message, std::uint32_t length, std::uint64_t lParam = 0)
-{
-    return FrameHeader{vx::detail::kBusMagic, static_cast<std::uint32_t>(kind), reinterpret_cast<std::uintptr_t>(hwnd),
-                       message, 1, 0, lParam, length, 0};
-}
-
-// What comes back within two seconds: the bytes, empty when the other side
-// closed the connection.
-std::string Answer(int fd, std::size_t want)
-{
-    std::string got;
-    while (got.size() < want) {
-        pollfd p{fd, POLLIN, 0};
-        if (poll(&p, 1, 2000) <= 0)
+    ~RawClient()
+    {
+        close(m_fd);
+        unlink(m_path.c_str());
+    }
+    bool SendTo(const std::string& path, const std::string& bytes)
+    {
+        sockaddr_un addr = Address(path);
+        return sendto(m_fd, bytes.data(), bytes.size(), 0, reinterpret_cast<sockaddr*>(&addr), sizeof addr) ==
+               static_cast<ssize_t>(bytes.size());
+    }
+    // The next datagram within the time, or "timeout".
+    std::string Receive(int milliseconds = 2000)
+    {
+        pollfd p{m_fd, POLLIN, 0};
+        if (poll(&p, 1, milliseconds) <= 0)
             return "timeout";
-        char buffer[256];
-        const ssize_t n = recv(fd, buffer, sizeof buffer, 0);
-        if (n <= 0)
-            return got;
-        got.append(buffer, static_cast<std::size_t>(n));
+        std::string bytes(256, '\0');
+        const ssize_t n = recv(m_fd, bytes.data(), bytes.size(), 0);
+        bytes.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+        return bytes;
     }
-    return got;
+
+private:
+    static sockaddr_un Address(const std::string& path)
+    {
+        sockaddr_un addr{};
+        addr.sun_family = AF_UNIX;
+        std::strncpy(addr.sun_path, path.c_str(), sizeof addr.sun_path - 1);
+        return addr;
+    }
+    std::string m_path;
+    int m_fd = -1;
+};
+
+std::string Frame(vx::detail::FrameKind kind, HWND hwnd, UINT message, const std::string& data,
+                  std::uint32_t dataLength, std::uint32_t offset = 0)
+{
+    const FrameHeader h{vx::detail::kBusMagic, static_cast<std::uint32_t>(kind),
+                        reinterpret_cast<std::uintptr_t>(hwnd), message, 1, 0, 7, dataLength, offset};
+    return std::string(reinterpret_cast<const char*>(&h), sizeof h) + data;
+}
+
+std::int64_t AnswerOf(const std::string& datagram)
+{
+    if (datagram.size() != sizeof(FrameHeader))
+        return -1;
+    FrameHeader h;
+    std::memcpy(&h, datagram.data(), sizeof h);
+    return h.kind == static_cast<std::uint32_t>(vx::detail::FrameKind::Reply) ? static_cast<std::int64_t>(h.lParam)
+                                                                               : -1;
 }
 
 TEST_F(LinkTest, PublishedWindowIsSeenWithItsProcess)
@@ -136,49 +162,35 @@ TEST_F(LinkTest, MalformedDataIsRefusedAndLogged)
 {
     const linktest::Peer peer = StartPeer("IT");
     ASSERT_NE(peer.window, nullptr);
-    const std::string path = SocketOf(peer.pid);
+    const std::string target = SocketOf(peer.pid);
+    RawClient raw(linktest::Environment().run + "/raw.sock");
     using vx::detail::FrameKind;
 
-    // A frame that announces more than 16 MiB: nothing of it is read.
-    int fd = ConnectTo(path);
-    ASSERT_GE(fd, 0);
-    FrameHeader h = Header(FrameKind::Send, peer.window, WM_COPYDATA, (16u << 20) + 1);
-    ASSERT_EQ(send(fd, &h, sizeof h, 0), static_cast<ssize_t>(sizeof h));
-    EXPECT_EQ(Answer(fd, 1), "");
-    close(fd);
+    // A block that announces more than 16 MiB; a datagram that is no frame;
+    // one longer than any frame; a piece of a block never begun.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_COPYDATA, "", (16u << 20) + 1)));
+    ASSERT_TRUE(raw.SendTo(target, std::string(48, 'x')));
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_COPYDATA, std::string(70000, 'y'), 70000)));
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_COPYDATA, "zz", 100, 98)));
+    EXPECT_EQ(raw.Receive(500), "timeout"); // none of them is answered
     EXPECT_TRUE(LogShows("refused a block of 16777217 bytes (more than 16 MiB)")) << Log();
+    EXPECT_TRUE(LogShows("refused a malformed message"));
+    EXPECT_TRUE(LogShows("refused a piece out of its order"));
 
-    // Not a frame at all.
-    fd = ConnectTo(path);
-    ASSERT_EQ(send(fd, "GET / HTTP/1.0\r\n\r\nxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx", 48, 0), 48);
-    EXPECT_EQ(Answer(fd, 1), "");
-    close(fd);
-    EXPECT_TRUE(LogShows("refused a malformed frame"));
-
-    // Sound frames with blocks that are no message blocks get the answer 0.
-    fd = ConnectTo(path);
-    const auto ask = [&](const std::string& block) {
-        FrameHeader f = Header(FrameKind::Send, peer.window, WM_COPYDATA, static_cast<std::uint32_t>(block.size()), 7);
-        std::string frame(reinterpret_cast<const char*>(&f), sizeof f);
-        frame += block;
-        send(fd, frame.data(), frame.size(), 0);
-        const std::string reply = Answer(fd, sizeof(FrameHeader));
-        if (reply.size() != sizeof(FrameHeader))
-            return std::int64_t(-1);
-        FrameHeader r;
-        std::memcpy(&r, reply.data(), sizeof r);
-        return static_cast<std::int64_t>(r.lParam);
-    };
-    EXPECT_EQ(ask(std::string(20, '\x01')), 0);
+    // Sound frames whose blocks are no message blocks get the answer 0.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_COPYDATA, std::string(20, '\x01'), 20)));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 0);
     std::string block(100, '\0');
     const std::uint32_t fields[] = {1000, 1000, 200, 0, 0, 0, 0, 62, 36};
     std::memcpy(block.data(), fields, sizeof fields);
-    EXPECT_EQ(ask(block), 0);
-    close(fd);
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_COPYDATA, block, 100)));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 0);
     EXPECT_TRUE(LogShows("2-")) << Log();
     EXPECT_TRUE(LogShows("REFUSED 20 bytes: shorter than 38 bytes"));
     EXPECT_TRUE(LogShows("REFUSED 100 bytes: cbData disagrees with its length"));
-    // The peer still serves.
+    // The peer still serves: a sound request gets its answer.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_USER + 1, "", 0)));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 0);
     EXPECT_TRUE(IsWindow(peer.window));
 }
 
@@ -211,7 +223,7 @@ TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)
     vx::SetWindowBusLog(old);
 }
 
-TEST_F(LinkTest, ConnectionOfAnotherUserIsRefused)
+TEST_F(LinkTest, MessageOfAnotherUserIsRefused)
 {
     if (geteuid() != 0)
         GTEST_SKIP() << "needs root to run a process as another user";
@@ -244,7 +256,9 @@ TEST_F(LinkTest, ConnectionOfAnotherUserIsRefused)
         });
         if (!vx::PublishWindow(window.GetSafeHwnd()))
             _exit(4);
-        [[maybe_unused]] auto w = write(ready[1], "ready\n", 6);
+        const std::string line =
+            "ready " + std::to_string(reinterpret_cast<std::uintptr_t>(window.GetSafeHwnd())) + "\n";
+        [[maybe_unused]] auto w = write(ready[1], line.data(), line.size());
         vx::PumpFor(1500);
         _exit(window.received == 0 ? 0 : 5);
     }
@@ -252,17 +266,19 @@ TEST_F(LinkTest, ConnectionOfAnotherUserIsRefused)
     char buffer[512] = {};
     ssize_t n = read(ready[0], buffer, sizeof buffer - 1);
     ASSERT_GT(n, 0);
-    EXPECT_STREQ(buffer, "ready\n");
-    const int fd = ConnectTo(runtime.Path() + "/vxbase/" + std::to_string(child) + ".sock");
-    ASSERT_GE(fd, 0);
-    const FrameHeader h = Header(vx::detail::FrameKind::Send, nullptr, WM_USER + 7, 0);
-    send(fd, &h, sizeof h, MSG_NOSIGNAL);
-    EXPECT_EQ(Answer(fd, 1), ""); // closed without an answer
-    close(fd);
+    ASSERT_EQ(std::string(buffer).rfind("ready ", 0), 0u) << buffer;
+    const auto window = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(std::strtoull(buffer + 6, nullptr, 10)));
+    ASSERT_EQ(vx::HandleProcess(window), child);
+    {
+        RawClient raw(linktest::Environment().root.Path() + "/root.sock");
+        ASSERT_TRUE(raw.SendTo(runtime.Path() + "/vxbase/" + std::to_string(child) + ".sock",
+                               Frame(vx::detail::FrameKind::Send, window, WM_USER + 7, "", 0)));
+        EXPECT_EQ(raw.Receive(1000), "timeout"); // refused, not answered
+    }
     std::memset(buffer, 0, sizeof buffer);
     n = read(ready[0], buffer, sizeof buffer - 1);
     close(ready[0]);
-    EXPECT_NE(std::string(buffer).find("refused a connection from user 0"), std::string::npos) << buffer;
+    EXPECT_NE(std::string(buffer).find("refused a message from user 0"), std::string::npos) << buffer;
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
