@@ -375,7 +375,11 @@ TEST(KDatenbankIO, ListsTablesByDateAndQueries)
     PartsCatalogue(db);
     ASSERT_EQ(db.DbOeffnen(file.c_str()), 1);
     OrdersCatalogue a, b;
+    // Creation dates have millisecond steps, and two tables of the same
+    // date would leave the list by date shorter (as they did on the original).
+    std::this_thread::sleep_for(std::chrono::milliseconds(3));
     ASSERT_EQ(db.DbTableOeffnen("Zeta", &a.names, &a.parameters, nullptr, -1, nullptr), 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(3));
     ASSERT_EQ(db.DbTableOeffnen("Alpha", &b.names, &b.parameters, nullptr, -1, nullptr), 1);
     ASSERT_EQ(db.Execute("CREATE VIEW Cheap AS SELECT * FROM Parts WHERE Price < 10", 0), 1);
     ASSERT_EQ(db.Execute("CREATE VIEW [~tmp] AS SELECT * FROM Parts", 0), 1);
