@@ -104,7 +104,7 @@ int RunPartner(vxhost::Args&)
     if (FILE* f = std::fopen(log.c_str(), "rb")) {
         char line[512];
         int shown = 0;
-        while (std::fgets(line, sizeof line, f) && shown < 6) {
+        while (std::fgets(line, sizeof line, f) && shown < 16) {
             if (line[0] != '\n') {
                 std::printf("  %s", line);
                 ++shown;

@@ -1,10 +1,10 @@
 // The window bus: windows of other processes of the same user, reached
 // through the ordinary window calls.
 //
-// A process that starts the bus listens on a Unix domain socket in the
-// user's runtime directory ($XDG_RUNTIME_DIR/vxbase, else /tmp/vxbase-<uid>;
-// the directory is the user's own, mode 0700) and lists its published
-// top-level windows in a small file next to it. Other processes of the user
+// A process that starts the bus receives on a Unix domain (datagram) socket
+// in the user's runtime directory ($XDG_RUNTIME_DIR/vxbase, else
+// /tmp/vxbase-<uid>; the directory is the user's own, mode 0700) and lists
+// its published top-level windows in a small file next to it. Other processes of the user
 // then see those windows through EnumWindows, GetWindowTextA, GetClassNameA,
 // GetWindowThreadProcessId and IsWindow, and reach them by SendMessageA,
 // PostMessageA and ShowWindow:
@@ -19,15 +19,16 @@
 // * SendMessageA to another process blocks until the receiver's handler
 //   has returned, and meanwhile serves the messages that other processes
 //   send to this one, so that a reply can arrive re-entrantly. There is no
-//   timeout; it returns 0 at once when the receiver's process ends.
+//   timeout; it returns 0 when the receiver's process ends.
 // * Only WM_COPYDATA carries data: its bytes travel (up to
 //   vx::kMaxCopyDataBytes), and the receiver's handler gets a COPYDATASTRUCT
 //   that points to its own copy, valid during the call. Messages from
 //   WM_USER on, registered messages and a few plain ones (WM_NULL, WM_CLOSE,
 //   WM_SHOWWINDOW, WM_ACTIVATE, WM_ENABLE) carry their two numbers as they
 //   are; other system messages hold pointers and are refused (result 0).
-// * Only connections from the same user id are served (peer credentials);
-//   refused connections and malformed data are reported to the bus log.
+// * Only messages from the same user id are served (the sender's
+//   credentials, which the kernel attaches to each datagram); refused
+//   messages and malformed data are reported to the bus log.
 // * SendMessageA and PostMessageA to other processes belong to the thread
 //   that pumps; the queries (EnumWindows, IsWindow...) work from any thread.
 #pragma once
@@ -49,7 +50,7 @@ constexpr std::size_t kMaxCopyDataBytes = std::size_t(16) << 20;
 // false, with the reason in the bus log, if the directory is not private to
 // the user or the socket cannot be made.
 VXBASE_EXPORT bool StartWindowBus();
-// Unpublishes every window, closes the connections and removes this
+// Unpublishes every window, closes the sockets and removes this
 // process's files. The bus can be started again.
 VXBASE_EXPORT void StopWindowBus();
 VXBASE_EXPORT bool WindowBusRunning();
@@ -69,7 +70,7 @@ VXBASE_EXPORT bool IsWindowPublished(HWND hwnd);
 // queue. Returns the number of messages served.
 VXBASE_EXPORT int ServeSentMessages(int timeoutMs);
 
-// Where the bus reports refused connections and malformed data. The
+// Where the bus reports refused messages and malformed data. The
 // default writes the line to standard error. Returns the previous one.
 using WindowBusLog = std::function<void(const std::string& line)>;
 VXBASE_EXPORT WindowBusLog SetWindowBusLog(WindowBusLog log);
