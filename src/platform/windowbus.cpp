@@ -166,6 +166,7 @@ public:
     bool IsAlive(HWND hwnd) override;
     LRESULT Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) override;
     bool Post(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) override;
     BOOL Show(HWND hwnd, int command) override;
     void LocalWindowChanged(HWND hwnd) override;
 
@@ -178,6 +179,8 @@ private:
     LRESULT Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, const void* data,
                     std::uint32_t length);
     bool SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data);
+    bool SendDatagrams(const std::string& path, pid_t receiver, const std::vector<std::string>& datagrams);
+    void Flush(const std::string* path);
     int SenderFor(const std::string& path);
     void DropSender(const std::string& path);
     Got Receive(bool wait, Message& out);
@@ -197,6 +200,16 @@ private:
     // Sockets connected to other processes' sockets (by path), so that a
     // datagram needs no look-up of the path.
     std::map<std::string, int> m_senders;
+    // Messages that need no answer, held back until the answer to the
+    // request being served goes to the same process (see Notify).
+    struct Deferred {
+        std::string path;
+        pid_t receiver;
+        std::string datagram;
+    };
+    std::vector<Deferred> m_deferred;
+    // The senders of the requests being served, innermost last.
+    std::vector<pid_t> m_serving;
     std::unique_ptr<char[]> m_datagram;
     std::vector<Partial> m_partials;
     std::uint32_t m_sequence = 0;
@@ -355,6 +368,7 @@ void Bus::Stop()
     close(m_socket);
     m_socket = -1;
     m_partials.clear();
+    m_deferred.clear();
     for (const auto& [path, sender] : m_senders)
         close(sender);
     m_senders.clear();
@@ -493,6 +507,41 @@ bool Bus::Post(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     return SendTo(SocketPath(Directory(), pid), pid, h, nullptr);
 }
 
+bool Bus::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const pid_t pid = HandleProcess(hwnd);
+    if (!Running() || pid <= 0 || pid == detail::CurrentProcessId())
+        return false;
+    const void* data = nullptr;
+    std::uint32_t length = 0;
+    if (message == WM_COPYDATA) {
+        const auto* cds = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+        if (!cds || (cds->cbData && !cds->lpData) || cds->cbData > kMaxCopyDataBytes)
+            return false;
+        data = cds->lpData;
+        length = cds->cbData;
+        lParam = static_cast<LPARAM>(cds->dwData);
+    } else if (!CarriesNumbersOnly(message)) {
+        return false;
+    }
+    // The same socket as the requests to that process, so that it handles
+    // them in the order they were sent.
+    const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(FrameKind::Notify),
+                        reinterpret_cast<std::uintptr_t>(hwnd), message, ++m_sequence,
+                        static_cast<std::uint64_t>(wParam), static_cast<std::uint64_t>(lParam), length, 0};
+    const std::string path = SocketPath(Directory(), pid);
+    if (!m_serving.empty() && m_serving.back() == pid && length <= kPiece) {
+        // That process waits for the answer to the request being served: it
+        // can take this message no earlier than that answer, so both go
+        // together, and it wakes once.
+        std::string datagram(reinterpret_cast<const char*>(&h), kHeaderSize);
+        datagram.append(static_cast<const char*>(data), length);
+        m_deferred.push_back(Deferred{path, pid, std::move(datagram)});
+        return true;
+    }
+    return SendTo(path, pid, h, data);
+}
+
 BOOL Bus::Show(HWND hwnd, int command)
 {
     return static_cast<BOOL>(Request(FrameKind::Show, hwnd, 0, static_cast<WPARAM>(command), 0, nullptr, 0));
@@ -514,6 +563,8 @@ LRESULT Bus::Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPA
                         static_cast<std::uint64_t>(lParam), length, 0};
     if (!SendTo(SocketPath(Directory(), pid), pid, h, data))
         return 0;
+    // Nothing may stay held back while this process waits.
+    Flush(nullptr);
     for (;;) {
         // Everything for this process arrives on its one socket: the answer,
         // and meanwhile the requests of others, served as they come. Requests
@@ -569,44 +620,89 @@ void Bus::DropSender(const std::string& path)
 
 bool Bus::SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data)
 {
+    // What was held back for that process goes first, in its order.
+    Flush(&path);
+    std::vector<std::string> datagrams;
     const std::size_t total = header.dataLength;
     std::size_t offset = 0;
-    bool fresh = !m_senders.count(path);
     do {
         const std::size_t piece = std::min(kPiece, total - offset);
         header.offset = static_cast<std::uint32_t>(offset);
-        iovec parts[2] = {{&header, kHeaderSize}, {static_cast<char*>(const_cast<void*>(data)) + offset, piece}};
-        msghdr msg{};
-        msg.msg_iov = parts;
-        msg.msg_iovlen = piece ? 2 : 1;
-        for (;;) {
-            const int fd = SenderFor(path);
-            if (fd < 0)
-                return false;
-            if (sendmsg(fd, &msg, MSG_DONTWAIT | MSG_NOSIGNAL) >= 0)
-                break;
-            if (errno == EINTR)
-                continue;
-            if (errno != EAGAIN && errno != EWOULDBLOCK) {
-                // The socket led to a process that has ended since; one
-                // made afresh finds its successor, if there is one.
-                DropSender(path);
-                if (fresh || offset > 0)
-                    return false;
-                fresh = true;
-                continue;
-            }
-            // The receiver's queue is full. It may itself be sending to this
-            // process, so what arrives meanwhile is served.
-            if (detail::ProcessStartTime(receiver) < 0)
-                return false;
-            pollfd p{m_socket, POLLIN, 0};
-            if (poll(&p, 1, 1) > 0)
-                ServeOne();
-        }
+        std::string datagram(reinterpret_cast<const char*>(&header), kHeaderSize);
+        if (piece)
+            datagram.append(static_cast<const char*>(data) + offset, piece);
+        datagrams.push_back(std::move(datagram));
         offset += piece;
     } while (offset < total);
+    return SendDatagrams(path, receiver, datagrams);
+}
+
+bool Bus::SendDatagrams(const std::string& path, pid_t receiver, const std::vector<std::string>& datagrams)
+{
+    std::vector<iovec> parts(datagrams.size());
+    std::vector<mmsghdr> messages(datagrams.size());
+    for (std::size_t i = 0; i < datagrams.size(); ++i) {
+        parts[i] = iovec{const_cast<char*>(datagrams[i].data()), datagrams[i].size()};
+        messages[i] = mmsghdr{};
+        messages[i].msg_hdr.msg_iov = &parts[i];
+        messages[i].msg_hdr.msg_iovlen = 1;
+    }
+    bool fresh = !m_senders.count(path);
+    std::size_t done = 0;
+    while (done < messages.size()) {
+        const int fd = SenderFor(path);
+        if (fd < 0)
+            return false;
+        const int sent = sendmmsg(fd, messages.data() + done, static_cast<unsigned>(messages.size() - done),
+                                  MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (sent > 0) {
+            done += static_cast<std::size_t>(sent);
+            continue;
+        }
+        if (sent < 0 && errno == EINTR)
+            continue;
+        if (sent < 0 && errno != EAGAIN && errno != EWOULDBLOCK) {
+            // The socket led to a process that has ended since; one made
+            // afresh finds its successor, if there is one.
+            DropSender(path);
+            if (fresh || done > 0)
+                return false;
+            fresh = true;
+            continue;
+        }
+        // The receiver's queue is full. It may itself be sending to this
+        // process, so what arrives meanwhile is served.
+        if (detail::ProcessStartTime(receiver) < 0)
+            return false;
+        Flush(nullptr);
+        pollfd p{m_socket, POLLIN, 0};
+        if (poll(&p, 1, 1) > 0)
+            ServeOne();
+    }
     return true;
+}
+
+void Bus::Flush(const std::string* path)
+{
+    while (!m_deferred.empty()) {
+        // One process's messages at a time, in their order.
+        const std::string target = path ? *path : m_deferred.front().path;
+        std::vector<std::string> datagrams;
+        pid_t receiver = 0;
+        for (auto it = m_deferred.begin(); it != m_deferred.end();) {
+            if (it->path == target) {
+                receiver = it->receiver;
+                datagrams.push_back(std::move(it->datagram));
+                it = m_deferred.erase(it);
+            } else {
+                ++it;
+            }
+        }
+        if (!datagrams.empty())
+            SendDatagrams(target, receiver, datagrams);
+        if (path)
+            return;
+    }
 }
 
 // --- receiving --------------------------------------------------------------------
@@ -649,9 +745,10 @@ Got Bus::Receive(bool wait, Message& out)
     std::memcpy(&h, m_datagram.get(), kHeaderSize);
     const std::size_t piece = static_cast<std::size_t>(n) - kHeaderSize;
     const auto kind = static_cast<FrameKind>(h.kind);
-    const bool mayCarry = (kind == FrameKind::Send && h.message == WM_COPYDATA) || kind == FrameKind::Place;
+    const bool mayCarry = ((kind == FrameKind::Send || kind == FrameKind::Notify) && h.message == WM_COPYDATA) ||
+                          kind == FrameKind::Place;
     std::string fault;
-    if (h.magic != detail::kBusMagic || h.kind < 1 || h.kind > 5)
+    if (h.magic != detail::kBusMagic || h.kind < 1 || h.kind > 6)
         fault = "a malformed message";
     else if (h.dataLength > kMaxCopyDataBytes)
         fault = "a block of " + std::to_string(h.dataLength) + " bytes (more than 16 MiB)";
@@ -711,6 +808,7 @@ bool Bus::ServeOne()
                 Log("window bus: an answer nobody waits for from process " + std::to_string(in.sender));
             else
                 Handle(in);
+            Flush(nullptr);
             return true;
         case Got::Nothing:
             return false;
@@ -733,8 +831,13 @@ void Bus::Handle(const Message& message)
             PostMessageA(hwnd, h.message, static_cast<WPARAM>(h.wParam), static_cast<LPARAM>(h.lParam));
         return;
     case FrameKind::Send:
+        m_serving.push_back(message.sender);
         result = Dispatch(message);
+        m_serving.pop_back();
         break;
+    case FrameKind::Notify:
+        Dispatch(message);
+        return;
     case FrameKind::Show:
         if (mine) {
             // A CWnd keeps its own state of being shown.
@@ -761,7 +864,20 @@ void Bus::Handle(const Message& message)
     const std::string to = named ? std::string(message.from.un.sun_path,
                                                strnlen(message.from.un.sun_path, sizeof message.from.un.sun_path))
                                  : SocketPath(Directory(), message.sender);
-    SendTo(to, message.sender, reply, nullptr);
+    // What was held back for that process goes ahead of the answer, in the
+    // same system call.
+    std::vector<std::string> datagrams;
+    for (auto it = m_deferred.begin(); it != m_deferred.end();) {
+        if (it->path == to) {
+            datagrams.push_back(std::move(it->datagram));
+            it = m_deferred.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    datagrams.emplace_back(reinterpret_cast<const char*>(&reply), kHeaderSize);
+    SendDatagrams(to, message.sender, datagrams);
+    Flush(nullptr);
 }
 
 LRESULT Bus::Dispatch(const Message& message)
@@ -788,6 +904,7 @@ int Bus::ServeFor(int timeoutMs)
     for (;;) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+        Flush(nullptr);
         pollfd p{m_socket, POLLIN, 0};
         if (poll(&p, 1, static_cast<int>(std::max<long long>(left, 0))) > 0 && ServeOne())
             ++served;

@@ -20,6 +20,10 @@
 //   has returned, and meanwhile serves the messages that other processes
 //   send to this one, so that a reply can arrive re-entrantly. There is no
 //   timeout; it returns 0 when the receiver's process ends.
+// * SendNotifyMessageA hands a message over as a sent one without waiting for
+//   its answer; one to the process whose request is being served goes out
+//   together with that request's answer. A process handles the messages of
+//   another in the order they were sent.
 // * Only WM_COPYDATA carries data: its bytes travel (up to
 //   vx::kMaxCopyDataBytes), and the receiver's handler gets a COPYDATASTRUCT
 //   that points to its own copy, valid during the call. Messages from

@@ -39,6 +39,7 @@ enum class FrameKind : std::uint32_t {
     Reply = 3, // the result of the request with the same sequence, in lParam
     Show = 4,  // ShowWindow with the command in wParam; answered by a Reply
     Place = 5, // SetWindowPlacement with the record as data; answered by a Reply
+    Notify = 6, // a message handled as a sent one, with no answer
 };
 
 struct FrameHeader {

@@ -111,6 +111,14 @@ pid_t detail::CurrentProcessId()
 MessageTarget::~MessageTarget() = default;
 RemoteWindows::~RemoteWindows() = default;
 
+bool RemoteWindows::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!IsAlive(hwnd))
+        return false;
+    Send(hwnd, message, wParam, lParam);
+    return true;
+}
+
 BOOL RemoteWindows::Show(HWND, int)
 {
     return FALSE;
@@ -229,6 +237,21 @@ LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     }
     RemoteWindows* remote = GetRemoteWindows();
     return (hwnd && remote) ? remote->Send(hwnd, message, wParam, lParam) : 0;
+}
+
+BOOL SendNotifyMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!hwnd || hwnd == HWND_BROADCAST)
+        return FALSE;
+    if (IsLocalHandle(hwnd)) {
+        MessageTarget* target = FindTarget(hwnd);
+        if (!target)
+            return FALSE;
+        target->HandleMessage(message, wParam, lParam);
+        return TRUE;
+    }
+    RemoteWindows* remote = GetRemoteWindows();
+    return remote && remote->Notify(hwnd, message, wParam, lParam);
 }
 
 BOOL IsWindow(HWND hwnd)

@@ -76,6 +76,9 @@ public:
     virtual bool IsAlive(HWND hwnd) = 0;
     virtual LRESULT Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) = 0;
     virtual bool Post(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) = 0;
+    // Delivers a message that is handled as a sent one, without waiting for
+    // its answer; the default sends it and waits.
+    virtual bool Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
     // ShowWindow on a window of another process; FALSE if it cannot reach it.
     virtual BOOL Show(HWND hwnd, int command);
     // Called when a window of this process changed its title or left the
@@ -98,6 +101,13 @@ VXBASE_EXPORT LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARA
 // Queues the message for the pump; FALSE for an unknown handle. A null
 // handle posts to the thread's queue, as PostThreadMessage would.
 VXBASE_EXPORT BOOL PostMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+// Hands the message to the window as a sent one, but does not wait for its
+// answer when the window belongs to another process (a window of this
+// process handles it at once, as SendMessageA). It carries what
+// SendMessageA carries, WM_COPYDATA's data too. Messages from one process
+// to another are handled in the order they were sent. FALSE if the window
+// cannot be reached.
+VXBASE_EXPORT BOOL SendNotifyMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 VXBASE_EXPORT BOOL IsWindow(HWND hwnd);
 VXBASE_EXPORT BOOL IsWindowVisible(HWND hwnd);
 // Copies the title, cut to `maxCount` - 1 bytes; returns the bytes copied.

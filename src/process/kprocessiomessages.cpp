@@ -87,9 +87,17 @@ int KProcessIO::SendPartner(HWND target, KData* data)
     // The platform's COPYDATASTRUCT has pointer-sized fields, so it is made
     // here rather than read from the block's 32-bit image of it.
     COPYDATASTRUCT cds{data->m_dwData, data->m_cbData, data};
-    // The answer is a 32-bit value, as on the original platform.
-    const int result = static_cast<int>(SendMessageA(target, WM_COPYDATA, reinterpret_cast<WPARAM>(m_hProgWnd),
-                                                     reinterpret_cast<LPARAM>(&cds)));
+    const auto from = reinterpret_cast<WPARAM>(m_hProgWnd);
+    int result;
+    if (data->m_ID == vx::kPartnerReply) {
+        // The requester hands a reply to ClosePartner, whose answer is always
+        // 1, so there is nothing to wait for: it arrives within the
+        // requester's send all the same, ahead of that send's own answer.
+        result = SendNotifyMessageA(target, WM_COPYDATA, from, reinterpret_cast<LPARAM>(&cds)) ? 1 : 0;
+    } else {
+        // The answer is a 32-bit value, as on the original platform.
+        result = static_cast<int>(SendMessageA(target, WM_COPYDATA, from, reinterpret_cast<LPARAM>(&cds)));
+    }
     if (result == 0)
         WriteLog("SEND-FALSE", data->m_ID, vx::kLogMessage);
     return result;
