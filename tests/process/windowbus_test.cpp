@@ -285,3 +285,26 @@ TEST_F(LinkTest, MessageOfAnotherUserIsRefused)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(LinkTest, NotificationIsHandledWithoutAWaitForItsAnswer)
+{
+    vxhost::PartnerFrame& frame = OpenFrame(MainframeAT);
+    // A window of this process handles it at once.
+    EXPECT_TRUE(SendNotifyMessageA(frame.GetSafeHwnd(), WM_CLOSE, 0, 0));
+    EXPECT_EQ(frame.m_closeRequests, 1);
+    EXPECT_FALSE(SendNotifyMessageA(nullptr, WM_CLOSE, 0, 0));
+
+    // One of another process handles it in its own time: a request to quit.
+    const linktest::Peer peer = StartPeer("IT");
+    ASSERT_NE(peer.window, nullptr);
+    KProcessIO::KData* quit = KProcessIO::InitPartner(vxhost::kQuit, 0, nullptr);
+    ASSERT_NE(quit, nullptr);
+    COPYDATASTRUCT cds{quit->m_dwData, quit->m_cbData, quit};
+    EXPECT_TRUE(SendNotifyMessageA(peer.window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&cds)));
+    KProcessIO::ExitPartner(quit, 0);
+    EXPECT_TRUE(PumpUntil([&] { return !IsWindow(peer.window); }, 3000));
+}
+
+} // namespace
