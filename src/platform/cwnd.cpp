@@ -551,11 +551,15 @@ BOOL CWnd::ShowWindow(int command)
     const BOOL before = (m_style & WS_VISIBLE) != 0;
     if (!m_hWnd)
         return before;
-    m_style = command == SW_HIDE ? (m_style & ~WS_VISIBLE) : (m_style | WS_VISIBLE);
     ::ShowWindow(m_hWnd, command);
+    return before;
+}
+
+void CWnd::ApplyShowState(int command)
+{
+    m_style = command == SW_HIDE ? (m_style & ~WS_VISIBLE) : (m_style | WS_VISIBLE);
     if (m_backend)
         m_backend->Show(command != SW_HIDE);
-    return before;
 }
 
 BOOL CWnd::IsWindowVisible() const

@@ -302,6 +302,7 @@ public:
 
 protected:
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void ApplyShowState(int command) override;
     // The backend for a new window; the default asks the installed factory.
     virtual std::unique_ptr<vx::WindowBackend> CreateBackend(CWnd* parent, DWORD style);
     // Runs once the window has its handle, before WM_CREATE; a class turns

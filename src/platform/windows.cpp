@@ -109,6 +109,8 @@ pid_t detail::CurrentProcessId()
 }
 
 MessageTarget::~MessageTarget() = default;
+
+void MessageTarget::ApplyShowState(int) {}
 RemoteWindows::~RemoteWindows() = default;
 
 bool RemoteWindows::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
@@ -359,6 +361,8 @@ BOOL ShowWindow(HWND hwnd, int command)
     const bool before = IsWindowVisible(hwnd);
     const bool show = command != SW_HIDE;
     SetWindowVisible(hwnd, show);
+    if (MessageTarget* target = FindTarget(hwnd))
+        target->ApplyShowState(command);
     SendMessageA(hwnd, WM_SHOWWINDOW, show ? 1 : 0, command);
     return before;
 }

@@ -33,6 +33,9 @@ class VXBASE_EXPORT MessageTarget {
 public:
     virtual ~MessageTarget();
     virtual LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
+    // ShowWindow calls this before it sends WM_SHOWWINDOW, so that an
+    // object keeping its own visible state follows any caller's ShowWindow.
+    virtual void ApplyShowState(int command);
 };
 
 // What the window table knows of a window.

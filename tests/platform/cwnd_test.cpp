@@ -156,3 +156,16 @@ TEST(CComboBox, AnswersComboMessagesWithoutADisplay)
     combo.ResetContent();
     EXPECT_EQ(combo.GetCount(), 0);
 }
+
+TEST(CWnd, ShowWindowByHandleReachesTheObject)
+{
+    CWnd w;
+    w.CreateEx("shown by handle", "VxProbe");
+    EXPECT_FALSE(::ShowWindow(w.m_hWnd, SW_SHOW));
+    EXPECT_TRUE(w.IsWindowVisible());
+    EXPECT_TRUE(w.GetStyle() & WS_VISIBLE);
+    EXPECT_TRUE(w.Backend()->IsVisible());
+    EXPECT_TRUE(w.ShowWindow(SW_HIDE));
+    EXPECT_FALSE(::IsWindowVisible(w.m_hWnd));
+    EXPECT_FALSE(w.Backend()->IsVisible());
+}
