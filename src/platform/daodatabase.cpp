@@ -91,6 +91,15 @@ void DaoDatabasePrivate::RequireOpen() const
         ThrowDao(kDaoObjectInvalid, "Object invalid or no longer set.");
 }
 
+DaoDatabasePrivate& OpenDatabaseOf(CDaoDatabase* database)
+{
+    if (!database)
+        ThrowDao(kDaoObjectInvalid, "Object invalid or no longer set.");
+    DaoDatabasePrivate& db = *database->d_func();
+    db.RequireOpen();
+    return db;
+}
+
 void DaoDatabasePrivate::RequireWritable() const
 {
     RequireOpen();

@@ -189,6 +189,18 @@ private:
     int m_catalogue = -1;                                  // unknown, 0, 1
 };
 
+// The engine of an open database; throws DAO's "object invalid" for a null
+// database and "not open" for a closed one.
+DaoDatabasePrivate& OpenDatabaseOf(CDaoDatabase* database);
+
+// Throws DAO's "object invalid" unless the definition `d` is open.
+template <class DefPrivate>
+void RequireOpenDef(const DefPrivate& d)
+{
+    if (!d.open)
+        ThrowDao(kDaoObjectInvalid, "Object invalid or no longer set.");
+}
+
 // Catalogue object types.
 constexpr int kObjectTable = 1;
 constexpr int kObjectQuery = 5;

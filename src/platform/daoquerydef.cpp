@@ -21,18 +21,10 @@ namespace {
 
 DaoDatabasePrivate& Db(CDaoDatabase* database)
 {
-    if (!database)
-        vx::ThrowDao(vx::kDaoObjectInvalid, "Object invalid or no longer set.");
-    DaoDatabasePrivate& db = *database->d_func();
-    db.RequireOpen();
-    return db;
+    return vx::OpenDatabaseOf(database);
 }
 
-void RequireOpenDef(const vx::DaoQueryDefPrivate& d)
-{
-    if (!d.open)
-        vx::ThrowDao(vx::kDaoObjectInvalid, "Object invalid or no longer set.");
-}
+using vx::RequireOpenDef;
 
 bool ReturnsRecords(short type)
 {

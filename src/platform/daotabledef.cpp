@@ -178,18 +178,10 @@ namespace {
 
 DaoDatabasePrivate& Db(CDaoDatabase* database)
 {
-    if (!database)
-        vx::ThrowDao(vx::kDaoObjectInvalid, "Object invalid or no longer set.");
-    DaoDatabasePrivate& db = *database->d_func();
-    db.RequireOpen();
-    return db;
+    return vx::OpenDatabaseOf(database);
 }
 
-void RequireOpenDef(const vx::DaoTableDefPrivate& d)
-{
-    if (!d.open)
-        vx::ThrowDao(vx::kDaoObjectInvalid, "Object invalid or no longer set.");
-}
+using vx::RequireOpenDef;
 
 } // namespace
 
