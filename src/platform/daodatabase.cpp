@@ -874,20 +874,15 @@ void CDaoWorkspace::BeginTrans()
 
 void CDaoWorkspace::CommitTrans()
 {
-    if (m_depth == 0)
-        vx::ThrowDao(vx::kDaoNoTransaction, "You tried to commit or rollback a transaction without first "
-                                            "beginning a transaction.");
-    --m_depth;
-    for (CDaoDatabase* db : m_databases) {
-        DaoDatabasePrivate* d = db->d_func();
-        if (d->IsOpen() && d->transactionDepth > m_depth) {
-            d->Exec("RELEASE vx_trans");
-            --d->transactionDepth;
-        }
-    }
+    EndTrans("RELEASE vx_trans", false);
 }
 
 void CDaoWorkspace::Rollback()
+{
+    EndTrans("ROLLBACK TO vx_trans; RELEASE vx_trans", true);
+}
+
+void CDaoWorkspace::EndTrans(const char* sql, bool undone)
 {
     if (m_depth == 0)
         vx::ThrowDao(vx::kDaoNoTransaction, "You tried to commit or rollback a transaction without first "
@@ -896,10 +891,11 @@ void CDaoWorkspace::Rollback()
     for (CDaoDatabase* db : m_databases) {
         DaoDatabasePrivate* d = db->d_func();
         if (d->IsOpen() && d->transactionDepth > m_depth) {
-            d->Exec("ROLLBACK TO vx_trans; RELEASE vx_trans");
+            d->Exec(sql);
             --d->transactionDepth;
             // Cached rows may hold what was just undone.
-            d->SchemaChanged();
+            if (undone)
+                d->SchemaChanged();
         }
     }
 }
