@@ -96,6 +96,25 @@ bool DescribeAny(HWND h, WindowRecord& out)
 
 } // namespace
 
+namespace {
+
+// This process's top-level windows in creation order, and the bus, read
+// under one lock.
+std::vector<HWND> LocalTopLevelWindows(RemoteWindows*& remote)
+{
+    std::vector<HWND> handles;
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    for (const auto& [serial, e] : t.windows) {
+        if (!e.info.parent)
+            handles.push_back(MakeHandle(detail::CurrentProcessId(), serial));
+    }
+    remote = t.remote;
+    return handles;
+}
+
+} // namespace
+
 pid_t detail::CurrentProcessId()
 {
     pid_t pid = g_pid.load(std::memory_order_relaxed);
@@ -214,17 +233,8 @@ using namespace vx;
 LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (hwnd == HWND_BROADCAST) {
-        std::vector<HWND> local;
-        RemoteWindows* remote;
-        {
-            Table& t = TheTable();
-            std::lock_guard lock(t.lock);
-            for (const auto& [serial, e] : t.windows) {
-                if (!e.info.parent)
-                    local.push_back(MakeHandle(detail::CurrentProcessId(), serial));
-            }
-            remote = t.remote;
-        }
+        RemoteWindows* remote = nullptr;
+        const std::vector<HWND> local = LocalTopLevelWindows(remote);
         for (HWND h : local)
             SendMessageA(h, message, wParam, lParam);
         if (remote) {
@@ -309,17 +319,8 @@ BOOL EnumWindows(WNDENUMPROC proc, LPARAM lParam)
 {
     if (!proc)
         return FALSE;
-    std::vector<HWND> handles;
-    RemoteWindows* remote;
-    {
-        Table& t = TheTable();
-        std::lock_guard lock(t.lock);
-        for (const auto& [serial, e] : t.windows) {
-            if (!e.info.parent)
-                handles.push_back(MakeHandle(detail::CurrentProcessId(), serial));
-        }
-        remote = t.remote;
-    }
+    RemoteWindows* remote = nullptr;
+    std::vector<HWND> handles = LocalTopLevelWindows(remote);
     if (remote) {
         for (const WindowRecord& r : remote->Enumerate())
             handles.push_back(r.hwnd);
