@@ -5,7 +5,7 @@
 // NORMAL). "Commit" runs commit every record on its own, as an Update does
 // without a transaction; "Batch" runs commit once, inside one transaction.
 #include "database/kdatenbankio.h"
-#include "platform/daoworkspace.h"
+#include "platform/dao/daoworkspace.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>

@@ -12,7 +12,7 @@
 #include "base/dincompare.h"
 #include "base/kquickarray.h"
 #include "base/quickstringarray.h"
-#include "platform/mbstring.h"
+#include "platform/framework/mbstring.h"
 
 #include <benchmark/benchmark.h>
 

@@ -7,7 +7,7 @@
 // directory at all: "dir_opens" counts the directory opens of the platform
 // layer per scan.
 #include "pages/kvxfilelist.h"
-#include "platform/hostpath.h"
+#include "platform/files/hostpath.h"
 
 #include <benchmark/benchmark.h>
 

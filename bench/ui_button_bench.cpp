@@ -2,8 +2,8 @@
 // every size or design change), and how long one paint of that button takes
 // (WM_PAINT through DrawItem: face, border, caption), offscreen.
 #include "look/cshadebuttonst.h"
-#include "ui/qtinterop.h"
-#include "ui/uiapp.h"
+#include "ui/windows/qtinterop.h"
+#include "ui/windows/uiapp.h"
 
 #include <benchmark/benchmark.h>
 

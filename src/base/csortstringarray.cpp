@@ -1,6 +1,6 @@
 #include "base/csortstringarray.h"
 
-#include "platform/mbstring.h"
+#include "platform/framework/mbstring.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@
 //   names.Sort();                         // "A", "b", "c"
 #pragma once
 
-#include "platform/carray.h"
+#include "platform/framework/carray.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT CSortStringArray : public CStringArray {

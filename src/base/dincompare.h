@@ -15,7 +15,7 @@
 // functions keeps state; they may run on any thread.
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 // Case-insensitive natural comparison of `a` from position `ia` and `b`

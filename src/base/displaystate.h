@@ -8,7 +8,7 @@
 // Set2Display... and Get2Display... functions.
 #pragma once
 
-#include "platform/rect.h"
+#include "platform/framework/rect.h"
 #include "vxbase_export.h"
 
 namespace vx {

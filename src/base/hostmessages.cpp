@@ -1,7 +1,7 @@
 #include "base/hostmessages.h"
 
 #include "base/vxglobals.h"
-#include "platform/cwnd.h"
+#include "platform/windows/cframewnd.h"
 
 namespace {
 

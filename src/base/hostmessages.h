@@ -4,8 +4,8 @@
 //   CString project = GetActProject();   // "" without a host
 #pragma once
 
-#include "platform/cstring.h"
-#include "platform/wintypes.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 // The record of query 1, nine words in this order. On this 64-bit platform

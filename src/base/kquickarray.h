@@ -21,10 +21,10 @@
 // An array belongs to one thread.
 #pragma once
 
-#include "platform/carchive.h"
-#include "platform/carray.h"
-#include "platform/cstring.h"
-#include "platform/wintypes.h"
+#include "platform/framework/carchive.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 #include <algorithm>

@@ -4,11 +4,11 @@
 #include "base/vxglobals.h"
 #include "base/vxmessagebox.h"
 #include "config/kprofile.h"
-#include "platform/extensionmodule.h"
-#include "platform/fileapi.h"
-#include "platform/messagebox.h"
-#include "platform/messagepump.h"
-#include "platform/sysmetrics.h"
+#include "platform/framework/extensionmodule.h"
+#include "platform/files/fileapi.h"
+#include "platform/windows/messagebox.h"
+#include "platform/windows/messagepump.h"
+#include "platform/windows/sysmetrics.h"
 
 #include <cstring>
 #include <vector>

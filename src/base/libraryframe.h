@@ -17,8 +17,8 @@
 // when the shared library is loaded, before main.
 #pragma once
 
-#include "platform/cstring.h"
-#include "platform/wintypes.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 // Loads string `id`. A missing string shows "Global error: Missing string

@@ -1,6 +1,6 @@
 #include "base/quickstringarray.h"
 
-#include "platform/mbstring.h"
+#include "platform/framework/mbstring.h"
 
 int CompareStringCallback(unsigned long /*user*/, CString* a, CString* b)
 {

@@ -11,7 +11,7 @@
 #pragma once
 
 #include "base/kquickarray.h"
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 // _mbsicoll of the two strings: case-insensitive. The user word is unused.

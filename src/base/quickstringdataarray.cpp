@@ -1,6 +1,6 @@
 #include "base/quickstringdataarray.h"
 
-#include "platform/mbstring.h"
+#include "platform/framework/mbstring.h"
 
 int CompareStringDataCallback(unsigned long /*user*/, StrData* a, StrData* b)
 {

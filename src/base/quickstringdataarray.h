@@ -9,9 +9,9 @@
 #pragma once
 
 #include "base/kquickarray.h"
-#include "platform/carchive.h"
-#include "platform/cstring.h"
-#include "platform/wintypes.h"
+#include "platform/framework/carchive.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 // A string and its data word; a new element is "" and 0.

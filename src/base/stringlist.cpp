@@ -2,8 +2,8 @@
 
 #include "base/separators_p.h"
 
-#include "platform/ccombobox.h"
-#include "platform/mbstring.h"
+#include "platform/windows/ccombobox.h"
+#include "platform/framework/mbstring.h"
 
 #include <cstdio>
 #include <cstdlib>

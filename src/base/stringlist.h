@@ -17,8 +17,8 @@
 // on each.
 #pragma once
 
-#include "platform/cstring.h"
-#include "platform/rect.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/rect.h"
 #include "vxbase_export.h"
 
 class CComboBox;

@@ -1,10 +1,10 @@
 #include "base/vxglobals.h"
 
-#include "platform/sysmetrics.h"
-#include "platform/sysversion.h"
+#include "platform/windows/sysmetrics.h"
+#include "platform/shell/sysversion.h"
 
 #include <cstdio>
-#include "platform/windows.h"
+#include "platform/windows/windows.h"
 
 namespace {
 

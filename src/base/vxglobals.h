@@ -5,7 +5,7 @@
 // bRemoteSession at load, the two suite file paths in vx::AttachLibrary).
 #pragma once
 
-#include "platform/wintypes.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 class CMDIFrameWnd;

@@ -1,9 +1,9 @@
 #include "base/vxmessagebox.h"
 
 #include "base/vxglobals.h"
-#include "platform/cstring.h"
-#include "platform/cwnd.h"
-#include "platform/messagebox.h"
+#include "platform/framework/cstring.h"
+#include "platform/windows/cwnd.h"
+#include "platform/windows/messagebox.h"
 #include "process/kprocessio.h"
 
 #include <atomic>

@@ -5,7 +5,7 @@
 //   if (VxAfxMessageBox("Overwrite?", MB_YESNO, 0) == IDYES) ...
 #pragma once
 
-#include "platform/wintypes.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 // The partner route: returns 1 and stores the partner's answer through

@@ -2,8 +2,8 @@
 
 #include "base/separators_p.h"
 
-#include "platform/codepage.h"
-#include "platform/mbstring.h"
+#include "platform/framework/codepage.h"
+#include "platform/framework/mbstring.h"
 
 #include <algorithm>
 #include <cstdlib>

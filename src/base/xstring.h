@@ -15,7 +15,7 @@
 // Case folding touches ASCII letters only (see CString).
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT XString : public CString {

@@ -1,10 +1,10 @@
 #include "config/kiniman.h"
 
 #include "config/numbertext_p.h"
-#include "platform/atomicfile_p.h"
-#include "platform/hostpath.h"
-#include "platform/mbstring.h"
-#include "platform/messagebox.h"
+#include "platform/files/atomicfile_p.h"
+#include "platform/files/hostpath.h"
+#include "platform/framework/mbstring.h"
+#include "platform/windows/messagebox.h"
 
 #include <sys/stat.h>
 

@@ -32,8 +32,8 @@
 #pragma once
 
 #include "config/kinisection.h"
-#include "platform/carray.h"
-#include "platform/cstring.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT KIniMan {

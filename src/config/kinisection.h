@@ -18,8 +18,8 @@
 // which here is the order of first insertion.
 #pragma once
 
-#include "platform/cmap.h"
-#include "platform/cstring.h"
+#include "platform/framework/cmap.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT KIniSection {

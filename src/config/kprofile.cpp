@@ -2,14 +2,14 @@
 
 #include "base/vxglobals.h"
 #include "config/numbertext_p.h"
-#include "platform/appdirs.h"
-#include "platform/atomicfile_p.h"
-#include "platform/cfile.h"
-#include "platform/fileapi.h"
-#include "platform/filefind.h"
-#include "platform/hostpath.h"
-#include "platform/mbstring.h"
-#include "platform/privateprofile.h"
+#include "platform/files/appdirs.h"
+#include "platform/files/atomicfile_p.h"
+#include "platform/files/cfile.h"
+#include "platform/files/fileapi.h"
+#include "platform/files/filefind.h"
+#include "platform/files/hostpath.h"
+#include "platform/framework/mbstring.h"
+#include "platform/files/privateprofile.h"
 
 #include <algorithm>
 #include <cstring>

@@ -24,7 +24,7 @@
 #pragma once
 
 #include "config/kiniman.h"
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 // The documents of the five files; null means go to the disk. The host owns

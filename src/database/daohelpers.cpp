@@ -2,10 +2,10 @@
 
 #include "base/libraryframe.h"
 #include "base/vxmessagebox.h"
-#include "platform/daoexception.h"
-#include "platform/drivetype.h"
-#include "platform/fileapi.h"
-#include "platform/hostpath.h"
+#include "platform/dao/daoexception.h"
+#include "platform/files/drivetype.h"
+#include "platform/files/fileapi.h"
+#include "platform/files/hostpath.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -20,10 +20,10 @@
 //   FormatDAOFilter2(f);                              // [Name]="O'Brien"
 #pragma once
 
-#include "platform/cstring.h"
-#include "platform/daodatabase.h"
-#include "platform/daoquerydef.h"
-#include "platform/daotabledef.h"
+#include "platform/framework/cstring.h"
+#include "platform/dao/daodatabase.h"
+#include "platform/dao/daoquerydef.h"
+#include "platform/dao/daotabledef.h"
 #include "vxbase_export.h"
 
 // 1 (default): show the engine's exception messages; 0 suppresses most of

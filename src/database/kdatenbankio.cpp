@@ -5,11 +5,11 @@
 #include "base/libraryframe.h"
 #include "base/vxmessagebox.h"
 #include "database/daohelpers.h"
-#include "platform/daoexception.h"
-#include "platform/daoquerydef.h"
-#include "platform/fileapi.h"
-#include "platform/hostpath.h"
-#include "platform/mbstring.h"
+#include "platform/dao/daoexception.h"
+#include "platform/dao/daoquerydef.h"
+#include "platform/files/fileapi.h"
+#include "platform/files/hostpath.h"
+#include "platform/framework/mbstring.h"
 
 #include <algorithm>
 #include <cstdio>

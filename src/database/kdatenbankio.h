@@ -24,13 +24,13 @@
 // CDaoException through to the caller.
 #pragma once
 
-#include "platform/carray.h"
-#include "platform/colevariant.h"
-#include "platform/cstring.h"
-#include "platform/daodatabase.h"
-#include "platform/daoexception.h"
-#include "platform/daorecordset.h"
-#include "platform/daotabledef.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/colevariant.h"
+#include "platform/framework/cstring.h"
+#include "platform/dao/daodatabase.h"
+#include "platform/dao/daoexception.h"
+#include "platform/dao/daorecordset.h"
+#include "platform/dao/daotabledef.h"
 #include "vxbase_export.h"
 
 #include <memory>

@@ -2,9 +2,9 @@
 // table, the text forms of values, and record copies.
 #include "database/kdatenbankio.h"
 
-#include "platform/coledatetime.h"
-#include "platform/daoexception.h"
-#include "platform/mbstring.h"
+#include "platform/framework/coledatetime.h"
+#include "platform/dao/daoexception.h"
+#include "platform/framework/mbstring.h"
 
 #include <cmath>
 #include <cstdint>

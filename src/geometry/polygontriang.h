@@ -15,8 +15,8 @@
 // coordinates. So the result is close to, but not always, the true area.
 #pragma once
 
-#include "platform/carray.h"
-#include "platform/rect.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/rect.h"
 #include "vxbase_export.h"
 
 // A point in floating point; a triangle is passed as an array of three.

@@ -1,10 +1,10 @@
 #include "look/cbuttonst.h"
 
-#include "ui/cmenu.h"
-#include "ui/playsound.h"
-#include "ui/shellopen.h"
+#include "ui/menus/cmenu.h"
+#include "ui/desktop/playsound.h"
+#include "ui/desktop/shellopen.h"
 
-#include "platform/sysmetrics.h"
+#include "platform/windows/sysmetrics.h"
 
 #include <cstring>
 

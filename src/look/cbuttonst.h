@@ -14,10 +14,10 @@
 //   ok.SetTooltipText("Accept the changes");
 #pragma once
 
-#include "ui/cbitmap.h"
-#include "ui/cbutton.h"
-#include "ui/cdc.h"
-#include "ui/ctooltipctrl.h"
+#include "ui/images/cbitmap.h"
+#include "ui/controls/cbutton.h"
+#include "ui/gdi/cdc.h"
+#include "ui/controls/ctooltipctrl.h"
 #include "vxbase_ui_export.h"
 
 class VXBASE_UI_EXPORT CButtonST : public CButton {

@@ -1,6 +1,6 @@
 #include "look/cshadebuttonst.h"
 
-#include "platform/sysmetrics.h"
+#include "platform/windows/sysmetrics.h"
 
 #include <algorithm>
 #include <cstdlib>

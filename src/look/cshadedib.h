@@ -13,7 +13,7 @@
 //   dib.Draw(dc.m_hDC, 0, 0);
 #pragma once
 
-#include "ui/wingdi.h"
+#include "ui/gdi/wingdi.h"
 #include "vxbase_ui_export.h"
 
 class VXBASE_UI_EXPORT CShadeDib {

@@ -2,7 +2,7 @@
 
 #include "base/libraryframe.h"
 #include "pages/kvxfile.h"
-#include "platform/cwnd.h"
+#include "platform/windows/cframewnd.h"
 
 #include <cstdlib>
 

@@ -11,7 +11,7 @@
 
 #include "base/vxglobals.h"
 #include "pages/vxpagenum.h"
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 // The page of `name`; (0xFFFF, 0) if it names none. `title`, if given,

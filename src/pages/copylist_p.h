@@ -4,7 +4,7 @@
 // CopyListToBuffer): one zero-terminated text after another.
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 
 #include <cstring>
 

@@ -2,8 +2,8 @@
 
 #include "base/dincompare.h"
 #include "pages/copylist_p.h"
-#include "platform/filefind.h"
-#include "platform/mbstring.h"
+#include "platform/files/filefind.h"
+#include "platform/framework/mbstring.h"
 
 KFileList::KFileList(const char* filter)
 {

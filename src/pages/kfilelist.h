@@ -7,7 +7,7 @@
 #pragma once
 
 #include "base/kquickarray.h"
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT KFileList : public KQuickArray<CString> {

@@ -1,8 +1,8 @@
 #include "pages/kvxfile.h"
 
 #include "base/libraryframe.h"
-#include "platform/filefind.h"
-#include "platform/mbstring.h"
+#include "platform/files/filefind.h"
+#include "platform/framework/mbstring.h"
 
 #include <algorithm>
 #include <cstring>

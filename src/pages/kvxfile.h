@@ -16,7 +16,7 @@
 
 #include "pages/kvxpath.h"
 #include "pages/vxpagenum.h"
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 // The result of the page-file checks.

@@ -1,10 +1,10 @@
 #include "pages/kvxfilelist.h"
 
 #include "pages/copylist_p.h"
-#include "platform/cfile.h"
-#include "platform/filefind.h"
-#include "platform/filetime.h"
-#include "platform/mbstring.h"
+#include "platform/files/cfile.h"
+#include "platform/files/filefind.h"
+#include "platform/files/filetime.h"
+#include "platform/framework/mbstring.h"
 
 #include <algorithm>
 #include <cstdint>

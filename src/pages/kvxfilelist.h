@@ -19,9 +19,9 @@
 
 #include "pages/kvxfile.h"
 #include "pages/vxpagenum.h"
-#include "platform/carray.h"
-#include "platform/cstring.h"
-#include "platform/wintypes.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 // Not 0 turns the cache of KVxFileList on. Set by the host; 0 at start.

@@ -1,8 +1,8 @@
 #include "pages/kvxpath.h"
 
 #include "pages/pathnames.h"
-#include "platform/filefind.h"
-#include "platform/mbstring.h"
+#include "platform/files/filefind.h"
+#include "platform/framework/mbstring.h"
 
 #include <cstring>
 

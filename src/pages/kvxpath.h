@@ -10,11 +10,11 @@
 //
 // Path texts keep drive letters and "\" as stored data; only the functions
 // that touch the disk (IsFileExisting, MakeFullPath) map them to the host
-// (see platform/hostpath.h). A part that does not fit its buffer is cut,
+// (see platform/files/hostpath.h). A part that does not fit its buffer is cut,
 // silently: drive 2, the others 255 characters.
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT KVxPath {

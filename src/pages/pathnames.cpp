@@ -1,10 +1,10 @@
 #include "pages/pathnames.h"
 
 #include "base/vxglobals.h"
-#include "platform/cwnd.h"
-#include "platform/mbstring.h"
-#include "platform/shellapi.h"
-#include "platform/windows.h"
+#include "platform/windows/cframewnd.h"
+#include "platform/framework/mbstring.h"
+#include "platform/shell/shellapi.h"
+#include "platform/windows/windows.h"
 
 #include <cstring>
 

@@ -10,7 +10,7 @@
 //   CString name = "a/b"; MacheDateinamenSicher(name);  // "a_b"
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 // The text up to and including the last "\"; "" if there is none.

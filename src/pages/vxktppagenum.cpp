@@ -1,6 +1,6 @@
 #include "pages/vxktppagenum.h"
 
-#include "platform/mbstring.h"
+#include "platform/framework/mbstring.h"
 
 #include <cstdio>
 #include <cstring>

@@ -13,8 +13,8 @@
 #pragma once
 
 #include "pages/vxpagenum.h"
-#include "platform/cstring.h"
-#include "platform/wintypes.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 #include <cstdint>

@@ -17,7 +17,7 @@
 // Nothing here checks a range: arithmetic and the setters take any value.
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 #include <cstdint>

@@ -1,9 +1,9 @@
 #include "process/kprocessio.h"
 
-#include "platform/cwnd.h"
-#include "platform/messagebox.h"
-#include "platform/messagepump.h"
-#include "platform/windows.h"
+#include "platform/windows/cframewnd.h"
+#include "platform/windows/messagebox.h"
+#include "platform/windows/messagepump.h"
+#include "platform/windows/windows.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -1,6 +1,6 @@
 #include "process/kinternet.h"
 
-#include "platform/shellexecute.h"
+#include "platform/shell/shellexecute.h"
 
 int KInternet::ConnectWWW(const char* url)
 {

@@ -7,7 +7,7 @@
 //   // mailto:service@example.com?Subject=Plan 12&Body="Line 1%0D%0ALine 2"
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 class VXBASE_EXPORT KInternet {

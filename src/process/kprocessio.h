@@ -3,7 +3,7 @@
 //
 // A host reads its start state from its command line, opens its main frame
 // and calls Init; from then on its frame is published on the window bus
-// (platform/windowbus.h), where the partner finds it by title. Requests are
+// (platform/ipc/windowbus.h), where the partner finds it by title. Requests are
 // KData blocks sent by WM_COPYDATA; a reply arrives as a WM_COPYDATA of its
 // own while the request is still being sent:
 //
@@ -30,10 +30,10 @@
 #pragma once
 
 #include "base/vxglobals.h"
-#include "platform/carray.h"
-#include "platform/cstring.h"
-#include "platform/rect.h"
-#include "platform/wintypes.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/rect.h"
+#include "platform/framework/wintypes.h"
 #include "vxbase_export.h"
 
 #include <atomic>

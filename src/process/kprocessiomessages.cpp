@@ -3,10 +3,10 @@
 
 #include "base/libraryframe.h"
 #include "config/kprofile.h"
-#include "platform/mbstring.h"
-#include "platform/privateprofile.h"
-#include "platform/windowbus.h"
-#include "platform/windows.h"
+#include "platform/framework/mbstring.h"
+#include "platform/files/privateprofile.h"
+#include "platform/ipc/windowbus.h"
+#include "platform/windows/windows.h"
 #include "process/kprocessio_p.h"
 
 #include <algorithm>

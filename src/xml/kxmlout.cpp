@@ -1,7 +1,7 @@
 #include "xml/kxmlout.h"
 
-#include "platform/filefind.h"
-#include "platform/hostpath.h"
+#include "platform/files/filefind.h"
+#include "platform/files/hostpath.h"
 
 #include <new>
 

@@ -17,8 +17,8 @@
 // page); TinyXML escapes the markup characters of texts and attributes.
 #pragma once
 
-#include "platform/carray.h"
-#include "platform/cstring.h"
+#include "platform/framework/carray.h"
+#include "platform/framework/cstring.h"
 #include "vxbase_export.h"
 
 #include <tinyxml.h>

@@ -1,6 +1,6 @@
 #include "xml/xmlwriter.h"
 
-#include "platform/hostpath.h"
+#include "platform/files/hostpath.h"
 
 #include <utility>
 

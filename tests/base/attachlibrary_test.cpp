@@ -2,8 +2,8 @@
 #include "base/libraryframe.h"
 #include "base/vxglobals.h"
 #include "config/kprofile.h"
-#include "platform/appdirs.h"
-#include "platform/sysmetrics.h"
+#include "platform/files/appdirs.h"
+#include "platform/windows/sysmetrics.h"
 
 #include "support/tempdir.h"
 #include "support/testenv.h"

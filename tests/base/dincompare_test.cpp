@@ -1,5 +1,5 @@
 #include "base/dincompare.h"
-#include "platform/mbstring.h"
+#include "platform/framework/mbstring.h"
 
 #include <gtest/gtest.h>
 

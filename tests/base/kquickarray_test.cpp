@@ -3,8 +3,8 @@
 #include "base/kquickarray.h"
 #include "base/quickstringarray.h"
 #include "base/quickstringdataarray.h"
-#include "platform/mbstring.h"
-#include "platform/messagebox.h"
+#include "platform/framework/mbstring.h"
+#include "platform/windows/messagebox.h"
 
 #include "support/tempdir.h"
 

@@ -3,9 +3,9 @@
 #include "base/libraryframe.h"
 #include "base/vxglobals.h"
 #include "base/vxmessagebox.h"
-#include "platform/cwnd.h"
-#include "platform/messagebox.h"
-#include "platform/messagepump.h"
+#include "platform/windows/cframewnd.h"
+#include "platform/windows/messagebox.h"
+#include "platform/windows/messagepump.h"
 
 #include "support/printers.h"
 

@@ -1,6 +1,6 @@
 #include "base/stringlist.h"
-#include "platform/ccombobox.h"
-#include "platform/resources.h"
+#include "platform/windows/ccombobox.h"
+#include "platform/shell/resources.h"
 
 #include "support/printers.h"
 

@@ -1,6 +1,6 @@
 #include "config/kiniman.h"
-#include "platform/messagebox.h"
-#include "platform/privateprofile.h"
+#include "platform/windows/messagebox.h"
+#include "platform/files/privateprofile.h"
 
 #include "support/tempdir.h"
 #include "support/testenv.h"

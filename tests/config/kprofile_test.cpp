@@ -1,6 +1,6 @@
 #include "base/vxglobals.h"
 #include "config/kprofile.h"
-#include "platform/appdirs.h"
+#include "platform/files/appdirs.h"
 
 #include "support/tempdir.h"
 #include "support/testenv.h"

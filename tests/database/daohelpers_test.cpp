@@ -3,7 +3,7 @@
 
 #include "base/libraryframe.h"
 #include "database/daohelpers.h"
-#include "platform/daorecordset.h"
+#include "platform/dao/daorecordset.h"
 
 #include <sys/stat.h>
 

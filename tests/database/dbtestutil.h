@@ -2,7 +2,7 @@
 // the test, and a message box handler that records what would be shown.
 #pragma once
 
-#include "platform/messagebox.h"
+#include "platform/windows/messagebox.h"
 
 #include <gtest/gtest.h>
 

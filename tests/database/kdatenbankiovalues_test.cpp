@@ -2,7 +2,7 @@
 #include "dbtestutil.h"
 
 #include "database/kdatenbankio.h"
-#include "platform/coledatetime.h"
+#include "platform/framework/coledatetime.h"
 
 #include <cstring>
 

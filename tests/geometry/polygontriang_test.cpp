@@ -1,5 +1,5 @@
 #include "geometry/polygontriang.h"
-#include "platform/messagebox.h"
+#include "platform/windows/messagebox.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include "uisupport/uitest.h"
 
-#include "platform/sysmetrics.h"
+#include "platform/windows/sysmetrics.h"
 
 #include <vector>
 

@@ -2,11 +2,11 @@
 
 #include "buttontest.h"
 
-#include "ui/cmenu.h"
-#include "ui/playsound.h"
-#include "ui/qtinterop.h"
-#include "ui/shellopen.h"
-#include "ui/uiapp.h"
+#include "ui/menus/cmenu.h"
+#include "ui/desktop/playsound.h"
+#include "ui/windows/qtinterop.h"
+#include "ui/desktop/shellopen.h"
+#include "ui/windows/uiapp.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,5 +1,5 @@
 #include "pages/blattnummer.h"
-#include "platform/messagebox.h"
+#include "platform/windows/messagebox.h"
 
 #include "pages/testhost.h"
 #include "support/printers.h"

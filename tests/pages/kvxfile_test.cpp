@@ -1,6 +1,6 @@
 #include "pages/kvxfile.h"
-#include "platform/hostpath.h"
-#include "platform/messagebox.h"
+#include "platform/files/hostpath.h"
+#include "platform/windows/messagebox.h"
 
 #include "support/printers.h"
 #include "support/tempdir.h"

@@ -1,6 +1,6 @@
 #include "pages/kvxfilelist.h"
-#include "platform/filetime.h"
-#include "platform/hostpath.h"
+#include "platform/files/filetime.h"
+#include "platform/files/hostpath.h"
 
 #include "support/printers.h"
 #include "support/tempdir.h"

@@ -1,5 +1,5 @@
 #include "pages/kvxpath.h"
-#include "platform/hostpath.h"
+#include "platform/files/hostpath.h"
 
 #include "support/printers.h"
 #include "support/tempdir.h"

@@ -1,5 +1,5 @@
 #include "pages/pathnames.h"
-#include "platform/hostpath.h"
+#include "platform/files/hostpath.h"
 
 #include "pages/testhost.h"
 #include "support/printers.h"

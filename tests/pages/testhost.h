@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/vxglobals.h"
-#include "platform/cwnd.h"
+#include "platform/windows/cframewnd.h"
 
 class TestHost : public CMDIFrameWnd {
 public:

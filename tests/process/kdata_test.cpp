@@ -1,6 +1,6 @@
 #include "process/kprocessio.h"
 
-#include "platform/messagebox.h"
+#include "platform/windows/messagebox.h"
 
 #include <gtest/gtest.h>
 

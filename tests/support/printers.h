@@ -1,8 +1,8 @@
 // Test support: readable GoogleTest output for the framework types.
 #pragma once
 
-#include "platform/cstring.h"
-#include "platform/rect.h"
+#include "platform/framework/cstring.h"
+#include "platform/framework/rect.h"
 
 #include <ostream>
 

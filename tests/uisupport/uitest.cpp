@@ -1,6 +1,6 @@
 #include "uisupport/uitest.h"
 
-#include "ui/qtinterop.h"
+#include "ui/windows/qtinterop.h"
 
 #include <QApplication>
 #include <QDir>

@@ -3,10 +3,10 @@
 // in CI can be looked at.
 #pragma once
 
-#include "platform/cwnd.h"
-#include "platform/rect.h"
-#include "ui/cdc.h"
-#include "ui/wingdi.h"
+#include "platform/windows/cwnd.h"
+#include "platform/framework/rect.h"
+#include "ui/gdi/cdc.h"
+#include "ui/gdi/wingdi.h"
 
 #include <gtest/gtest.h>
 

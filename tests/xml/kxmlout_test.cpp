@@ -1,5 +1,5 @@
 #include "xml/kxmlout.h"
-#include "platform/hostpath.h"
+#include "platform/files/hostpath.h"
 #include "support/tempdir.h"
 #include "xmltestutil.h"
 

@@ -1,4 +1,0 @@
-#include "platform/cobject.h"
-
-// Anchors the vtable in the library.
-CObject::~CObject() = default;

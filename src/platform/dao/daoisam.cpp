@@ -1,0 +1,22 @@
+// The choice of a file driver by connect text.
+#include "platform/dao/daoengine_p.h"
+
+#include <strings.h>
+
+namespace vx {
+
+std::unique_ptr<IsamDriver> MakeExcelDriver();
+std::unique_ptr<IsamDriver> MakeDbaseDriver();
+
+std::unique_ptr<IsamDriver> MakeIsamDriver(const std::string& connect)
+{
+    // The type stands before the first ";" ("Excel 5.0;HDR=YES;").
+    const std::string type = TrimSql(connect.substr(0, connect.find(';')));
+    if (strncasecmp(type.c_str(), "Excel", 5) == 0)
+        return MakeExcelDriver();
+    if (strncasecmp(type.c_str(), "dBASE", 5) == 0)
+        return MakeDbaseDriver();
+    ThrowDao(kDaoNoInstallableIsam, "Couldn't find installable ISAM.");
+}
+
+} // namespace vx

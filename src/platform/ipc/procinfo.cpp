@@ -1,0 +1,79 @@
+#include "platform/ipc/procinfo_p.h"
+
+#include <dirent.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace vx::detail {
+namespace {
+
+std::string ReadSmallFile(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// The fields of /proc/<pid>/stat behind the name, which may itself hold
+// blanks and parentheses: the first is the state (field 3).
+std::vector<std::string> StatFields(pid_t pid)
+{
+    const std::string stat = ReadSmallFile("/proc/" + std::to_string(pid) + "/stat");
+    const auto close = stat.rfind(')');
+    if (close == std::string::npos)
+        return {};
+    std::istringstream rest(stat.substr(close + 1));
+    return std::vector<std::string>(std::istream_iterator<std::string>(rest), std::istream_iterator<std::string>());
+}
+
+} // namespace
+
+long long ProcessStartTime(pid_t pid)
+{
+    if (pid <= 0)
+        return -1;
+    const auto fields = StatFields(pid);
+    // Field 22 is the start time; X is a process being reaped.
+    if (fields.size() < 20 || fields[0] == "Z" || fields[0] == "X")
+        return -1;
+    return std::strtoll(fields[19].c_str(), nullptr, 10);
+}
+
+std::string ProcessName(pid_t pid)
+{
+    std::string name = ReadSmallFile("/proc/" + std::to_string(pid) + "/comm");
+    while (!name.empty() && (name.back() == '\n' || name.back() == '\r'))
+        name.pop_back();
+    return name;
+}
+
+std::vector<pid_t> ProcessIds()
+{
+    std::vector<pid_t> ids;
+    if (DIR* dir = opendir("/proc")) {
+        while (const dirent* entry = readdir(dir)) {
+            char* end = nullptr;
+            const long id = std::strtol(entry->d_name, &end, 10);
+            if (end != entry->d_name && *end == 0 && id > 0)
+                ids.push_back(static_cast<pid_t>(id));
+        }
+        closedir(dir);
+    }
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+bool ProcessFamily(pid_t pid, pid_t& parent, int& threads)
+{
+    const auto fields = StatFields(pid);
+    if (fields.size() < 18)
+        return false;
+    parent = static_cast<pid_t>(std::atoi(fields[1].c_str()));
+    threads = std::atoi(fields[17].c_str());
+    return true;
+}
+
+} // namespace vx::detail

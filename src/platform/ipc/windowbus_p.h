@@ -1,0 +1,76 @@
+// Internal; do not include directly.
+//
+// The window bus's wire frames and its registry files.
+//
+// Each process has one datagram socket, "<pid>.sock" in the bus directory,
+// and everything for it arrives there: requests and posts of others, and the
+// answers to its own requests. A process waiting for an answer therefore
+// needs one blocking receive, and serves whatever else arrives meanwhile. A
+// datagram is a fixed header and up to 60 KiB of data; a larger block (a
+// WM_COPYDATA, a placement) travels in pieces, each with the header and its
+// offset in the block. All numbers are little-endian, the memory image of
+// FrameHeader on the hosts the port runs on. The kernel adds each
+// datagram's sender credentials (SO_PASSCRED).
+//
+// The registry file "<pid>.win" lists a process's published windows:
+//   vxbus 1
+//   start <process start time in clock ticks since boot>
+//   <handle in hex> TAB <class> TAB <title>
+// with "\", TAB, CR and LF in class and title written as "\\", "\t", "\r"
+// and "\n".
+#pragma once
+
+#include "platform/windows/windowplacement.h"
+#include "platform/framework/wintypes.h"
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vx::detail {
+
+constexpr std::uint32_t kBusMagic = 0x31425856; // "VXB1"
+
+enum class FrameKind : std::uint32_t {
+    Send = 1,  // a sent message; answered by a Reply
+    Post = 2,  // a posted message; no answer
+    Reply = 3, // the result of the request with the same sequence, in lParam
+    Show = 4,  // ShowWindow with the command in wParam; answered by a Reply
+    Place = 5, // SetWindowPlacement with the record as data; answered by a Reply
+    Notify = 6, // a message handled as a sent one, with no answer
+};
+
+struct FrameHeader {
+    std::uint32_t magic;
+    std::uint32_t kind;
+    std::uint64_t hwnd;
+    std::uint32_t message;
+    std::uint32_t sequence;
+    std::uint64_t wParam;
+    std::uint64_t lParam; // dwData for WM_COPYDATA; the result in a Reply
+    std::uint32_t dataLength; // of the whole block
+    std::uint32_t offset;     // of this datagram's piece in the block
+};
+static_assert(sizeof(FrameHeader) == 48, "the frame header is 48 bytes on the wire");
+
+struct RegisteredWindow {
+    HWND hwnd = nullptr;
+    std::string className;
+    std::string title;
+};
+
+struct Registry {
+    long long startTime = -1;
+    std::vector<RegisteredWindow> windows;
+};
+
+std::string FormatRegistry(const Registry& registry);
+// False for a text that is no registry.
+bool ParseRegistry(const std::string& text, Registry& out);
+
+// SetWindowPlacement on a window of another process.
+BOOL RemoteSetPlacement(HWND hwnd, const WINDOWPLACEMENT& placement);
+
+} // namespace vx::detail

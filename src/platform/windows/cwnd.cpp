@@ -1,0 +1,551 @@
+#include "platform/windows/cwnd.h"
+
+#include "platform/windows/cwnd_p.h"
+#include "platform/windows/messagepump.h"
+
+#include <algorithm>
+
+namespace vx {
+
+WindowBackendFactory g_factory = nullptr;
+FontBridge g_fontBridge;
+CWnd* g_focus = nullptr;
+CWnd* g_capture = nullptr;
+CWnd* g_mainWnd = nullptr;
+CWnd* g_active = nullptr;
+
+std::unordered_set<const CWnd*>& LiveWindows()
+{
+    static auto* live = new std::unordered_set<const CWnd*>;
+    return *live;
+}
+
+std::vector<CWnd*>& ZOrder()
+{
+    static auto* order = new std::vector<CWnd*>;
+    return *order;
+}
+
+std::vector<CWnd*> ChildrenOf(const CWnd* parent)
+{
+    std::vector<CWnd*> children;
+    for (CWnd* w : ZOrder()) {
+        if (w->GetParent() == parent)
+            children.push_back(w);
+    }
+    return children;
+}
+
+CPoint PointOf(LPARAM l)
+{
+    return CPoint(GET_X_LPARAM(l), GET_Y_LPARAM(l));
+}
+
+bool Usable(const CWnd* w)
+{
+    return (w->GetStyle() & WS_VISIBLE) && w->IsWindowEnabled();
+}
+
+CWnd* Deepest(CWnd* window, POINT screen)
+{
+    for (CWnd* child : ChildrenOf(window)) {
+        CRect r;
+        child->GetWindowRect(&r);
+        if (!child->IsWindowVisible() || !r.PtInRect(screen))
+            continue;
+        // A disabled child hides nothing: the point belongs to its parent.
+        if (!child->IsWindowEnabled())
+            return window;
+        return Deepest(child, screen);
+    }
+    return window;
+}
+
+} // namespace vx
+
+const CWnd CWnd::wndTop;
+const CWnd CWnd::wndBottom;
+
+CWnd::CWnd()
+{
+    vx::LiveWindows().insert(this);
+}
+
+CWnd::~CWnd()
+{
+    if (m_hWnd) {
+        // The handlers of a derived class are gone by now; take the handle
+        // out of the table without calling them.
+        vx::UnregisterWindow(m_hWnd);
+        m_hWnd = nullptr;
+    }
+    auto& order = vx::ZOrder();
+    order.erase(std::remove(order.begin(), order.end(), this), order.end());
+    for (CWnd* w : order) {
+        if (w->m_parent == this)
+            w->m_parent = nullptr;
+    }
+    vx::LiveWindows().erase(this);
+    if (vx::g_focus == this)
+        vx::g_focus = nullptr;
+    if (vx::g_capture == this)
+        vx::g_capture = nullptr;
+    if (vx::g_mainWnd == this)
+        vx::g_mainWnd = nullptr;
+    if (vx::g_active == this)
+        vx::g_active = nullptr;
+}
+
+std::unique_ptr<vx::WindowBackend> CWnd::CreateBackend(CWnd* parent, DWORD style)
+{
+    if (vx::g_factory) {
+        if (auto backend = vx::g_factory(*this, parent, style))
+            return backend;
+    }
+    return std::make_unique<vx::HeadlessWindowBackend>(*this);
+}
+
+BOOL CWnd::CreateEx(const char* windowName, const char* className, DWORD style, const RECT& rect, CWnd* parent,
+                    UINT id, DWORD exStyle)
+{
+    if (m_hWnd)
+        return FALSE;
+    m_parent = parent;
+    // WS_VISIBLE is set by ShowWindow below, once the window is complete.
+    m_style = style & ~WS_VISIBLE;
+    m_exStyle = exStyle;
+    m_id = id;
+    m_enabled = !(style & WS_DISABLED);
+    m_backend = CreateBackend(parent, style);
+    m_backend->SetGeometry(CRect(rect));
+    m_backend->SetText(windowName ? windowName : "");
+    if (!m_enabled)
+        m_backend->SetEnabled(false);
+    vx::WindowInfo info;
+    info.title = windowName ? windowName : "";
+    info.className = className ? className : "";
+    info.parent = parent ? parent->m_hWnd : nullptr;
+    m_hWnd = vx::RegisterWindow(this, info);
+    vx::ZOrder().push_back(this);
+    PreSubclassWindow();
+    if (SendMessage(WM_CREATE) == -1) {
+        DestroyWindow();
+        return FALSE;
+    }
+    if (!m_hWnd)
+        return FALSE;
+    const CRect r(rect);
+    SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(r.Width()), static_cast<WORD>(r.Height())));
+    SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(r.left), static_cast<WORD>(r.top)));
+    if (m_hWnd && (style & WS_VISIBLE))
+        ShowWindow(SW_SHOW);
+    return m_hWnd != nullptr;
+}
+
+BOOL CWnd::DestroyWindow()
+{
+    if (!m_hWnd)
+        return FALSE;
+    // WM_DESTROY and WM_NCDESTROY reach WindowProc, which tears the rest
+    // down; after that `this` may be gone (PostNcDestroy).
+    return ::DestroyWindow(m_hWnd);
+}
+
+CWnd* CWnd::FromHandle(HWND hwnd)
+{
+    return dynamic_cast<CWnd*>(vx::FindTarget(hwnd));
+}
+
+LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return ::SendMessageA(m_hWnd, message, wParam, lParam);
+}
+
+BOOL CWnd::PostMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return ::PostMessageA(m_hWnd, message, wParam, lParam);
+}
+
+LRESULT CWnd::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const CurrentMessage saved = m_current;
+    m_current = CurrentMessage{message, wParam, lParam};
+    const LRESULT result = WindowProc(message, wParam, lParam);
+    if (vx::LiveWindows().count(this))
+        m_current = saved;
+    return result;
+}
+
+LRESULT CWnd::Default()
+{
+    return DefWindowProc(m_current.message, m_current.wParam, m_current.lParam);
+}
+
+BOOL CWnd::PreTranslateMessage(MSG*)
+{
+    return FALSE;
+}
+
+BOOL CWnd::ReflectToChild(CWnd* child, UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
+{
+    return child && child->OnChildNotify(message, wParam, lParam, result);
+}
+
+BOOL CWnd::OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
+{
+    const LRESULT answer = SendMessage(WM_REFLECT_BASE + message, wParam, lParam);
+    if (!answer)
+        return FALSE;
+    if (result)
+        *result = answer;
+    return TRUE;
+}
+
+void CWnd::PreSubclassWindow() {}
+
+void CWnd::PostNcDestroy() {}
+
+LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_CREATE:
+        return OnCreate();
+    case WM_DESTROY:
+        OnDestroy();
+        return 0;
+    case WM_NCDESTROY: {
+        OnNcDestroy();
+        for (CWnd* child : vx::ChildrenOf(this))
+            child->DestroyWindow();
+        if (vx::g_focus == this)
+            vx::g_focus = nullptr;
+        if (vx::g_capture == this)
+            vx::g_capture = nullptr;
+        if (vx::g_active == this)
+            vx::g_active = nullptr;
+        auto& order = vx::ZOrder();
+        order.erase(std::remove(order.begin(), order.end(), this), order.end());
+        m_backend.reset();
+        m_hWnd = nullptr;
+        m_trackFlags = 0;
+        PostNcDestroy();
+        return 0;
+    }
+    case WM_CLOSE:
+        OnClose();
+        return 0;
+    case WM_TIMER:
+        OnTimer(wParam);
+        return 0;
+    case WM_PAINT:
+        OnPaint();
+        return 0;
+    case WM_ERASEBKGND:
+        return OnEraseBkgnd();
+    case WM_SIZE:
+        OnSize(static_cast<UINT>(wParam), GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+        return 0;
+    case WM_MOVE:
+        OnMove(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+        return 0;
+    case WM_SHOWWINDOW:
+        OnShowWindow(static_cast<BOOL>(wParam), static_cast<UINT>(lParam));
+        return 0;
+    case WM_ENABLE:
+        OnEnable(static_cast<BOOL>(wParam));
+        return 0;
+    case WM_ACTIVATE:
+        OnActivate(LOWORD(wParam), FromHandle(reinterpret_cast<HWND>(lParam)), HIWORD(wParam));
+        return 0;
+    case WM_CANCELMODE:
+        OnCancelMode();
+        return 0;
+    case WM_SYSCOLORCHANGE:
+        OnSysColorChange();
+        return 0;
+    case WM_SETCURSOR:
+        return OnSetCursor(FromHandle(reinterpret_cast<HWND>(wParam)), LOWORD(static_cast<DWORD_PTR>(lParam)),
+                           HIWORD(static_cast<DWORD_PTR>(lParam)));
+    case WM_GETDLGCODE:
+        return OnGetDlgCode();
+    case WM_SETFOCUS:
+        OnSetFocus(FromHandle(reinterpret_cast<HWND>(wParam)));
+        return 0;
+    case WM_KILLFOCUS:
+        OnKillFocus(FromHandle(reinterpret_cast<HWND>(wParam)));
+        return 0;
+    case WM_MOUSEMOVE:
+        OnMouseMove(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_MOUSELEAVE:
+        OnMouseLeave();
+        return 0;
+    case WM_LBUTTONDOWN:
+        OnLButtonDown(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_LBUTTONUP:
+        OnLButtonUp(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_LBUTTONDBLCLK:
+        OnLButtonDblClk(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_RBUTTONDOWN:
+        OnRButtonDown(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_RBUTTONUP:
+        OnRButtonUp(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_RBUTTONDBLCLK:
+        OnRButtonDblClk(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_MBUTTONDOWN:
+        OnMButtonDown(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_MBUTTONUP:
+        OnMButtonUp(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_KEYDOWN:
+        OnKeyDown(static_cast<UINT>(wParam), LOWORD(static_cast<DWORD_PTR>(lParam)),
+                  HIWORD(static_cast<DWORD_PTR>(lParam)));
+        return 0;
+    case WM_KEYUP:
+        OnKeyUp(static_cast<UINT>(wParam), LOWORD(static_cast<DWORD_PTR>(lParam)),
+                HIWORD(static_cast<DWORD_PTR>(lParam)));
+        return 0;
+    case WM_CHAR:
+        OnChar(static_cast<UINT>(wParam), LOWORD(static_cast<DWORD_PTR>(lParam)),
+               HIWORD(static_cast<DWORD_PTR>(lParam)));
+        return 0;
+    case WM_SYSKEYDOWN:
+        OnSysKeyDown(static_cast<UINT>(wParam), LOWORD(static_cast<DWORD_PTR>(lParam)),
+                     HIWORD(static_cast<DWORD_PTR>(lParam)));
+        return 0;
+    case WM_SYSKEYUP:
+        OnSysKeyUp(static_cast<UINT>(wParam), LOWORD(static_cast<DWORD_PTR>(lParam)),
+                   HIWORD(static_cast<DWORD_PTR>(lParam)));
+        return 0;
+    case WM_CONTEXTMENU:
+        OnContextMenu(FromHandle(reinterpret_cast<HWND>(wParam)), vx::PointOf(lParam));
+        return 0;
+    case WM_CAPTURECHANGED:
+        OnCaptureChanged(FromHandle(reinterpret_cast<HWND>(lParam)));
+        return 0;
+    case WM_DRAWITEM:
+        OnDrawItem(static_cast<int>(wParam), reinterpret_cast<LPDRAWITEMSTRUCT>(lParam));
+        return TRUE;
+    case WM_MEASUREITEM:
+        OnMeasureItem(static_cast<int>(wParam), reinterpret_cast<LPMEASUREITEMSTRUCT>(lParam));
+        return TRUE;
+    case WM_COMMAND: {
+        // A control's notification goes back to the control first, so that
+        // it can handle what it sent itself.
+        LRESULT result = 0;
+        if (lParam && ReflectToChild(FromHandle(reinterpret_cast<HWND>(lParam)), message, wParam, lParam, &result))
+            return 0;
+        return OnCommand(wParam, lParam) ? 0 : DefWindowProc(message, wParam, lParam);
+    }
+    case WM_NOTIFY: {
+        const auto* header = reinterpret_cast<const NMHDR*>(lParam);
+        LRESULT result = 0;
+        if (header && ReflectToChild(FromHandle(header->hwndFrom), message, wParam, lParam, &result))
+            return result;
+        if (OnNotify(wParam, lParam, &result))
+            return result;
+        return DefWindowProc(message, wParam, lParam);
+    }
+    case WM_CTLCOLORMSGBOX:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLORSCROLLBAR:
+    case WM_CTLCOLORSTATIC: {
+        LRESULT result = 0;
+        if (ReflectToChild(FromHandle(reinterpret_cast<HWND>(lParam)), message, wParam, lParam, &result))
+            return result;
+        return DefWindowProc(message, wParam, lParam);
+    }
+    case WM_COPYDATA:
+        return OnCopyData(FromHandle(reinterpret_cast<HWND>(wParam)), reinterpret_cast<COPYDATASTRUCT*>(lParam));
+    default:
+        return DefWindowProc(message, wParam, lParam);
+    }
+}
+
+LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_SETTEXT:
+        if (m_backend)
+            m_backend->SetText(reinterpret_cast<const char*>(lParam));
+        return TRUE;
+    case WM_GETTEXT: {
+        char* out = reinterpret_cast<char*>(lParam);
+        return ::GetWindowTextA(m_hWnd, out, static_cast<int>(wParam));
+    }
+    case WM_GETTEXTLENGTH:
+        return GetWindowTextLength();
+    case WM_SETFONT:
+        m_font = reinterpret_cast<HFONT>(wParam);
+        if (LOWORD(static_cast<DWORD_PTR>(lParam)))
+            Invalidate();
+        return 0;
+    case WM_GETFONT:
+        return reinterpret_cast<LRESULT>(m_font);
+    case WM_CLOSE:
+        DestroyWindow();
+        return 0;
+    default:
+        return 0;
+    }
+}
+
+UINT_PTR CWnd::SetTimer(UINT_PTR id, UINT elapse, TIMERPROC proc)
+{
+    return ::SetTimer(m_hWnd, id, elapse, proc);
+}
+
+BOOL CWnd::KillTimer(UINT_PTR id)
+{
+    return ::KillTimer(m_hWnd, id);
+}
+
+void CWnd::SetWindowText(const char* text)
+{
+    ::SetWindowTextA(m_hWnd, text);
+}
+
+int CWnd::GetWindowText(char* text, int maxCount) const
+{
+    return ::GetWindowTextA(m_hWnd, text, maxCount);
+}
+
+void CWnd::GetWindowText(CString& text) const
+{
+    text = GetWindowTextString();
+}
+
+CString CWnd::GetWindowTextString() const
+{
+    CString text;
+    const int length = GetWindowTextLength();
+    ::GetWindowTextA(m_hWnd, text.GetBuffer(length), length + 1);
+    text.ReleaseBuffer();
+    return text;
+}
+
+int CWnd::GetWindowTextLength() const
+{
+    return ::GetWindowTextLengthA(m_hWnd);
+}
+
+BOOL CWnd::ShowWindow(int command)
+{
+    const BOOL before = (m_style & WS_VISIBLE) != 0;
+    if (!m_hWnd)
+        return before;
+    ::ShowWindow(m_hWnd, command);
+    return before;
+}
+
+void CWnd::ApplyShowState(int command)
+{
+    m_style = command == SW_HIDE ? (m_style & ~WS_VISIBLE) : (m_style | WS_VISIBLE);
+    if (m_backend)
+        m_backend->Show(command != SW_HIDE);
+}
+
+BOOL CWnd::IsWindowVisible() const
+{
+    // Visible means shown, and every parent shown too.
+    for (const CWnd* w = this; w; w = w->m_parent) {
+        if (!w->m_hWnd || !(w->m_style & WS_VISIBLE))
+            return FALSE;
+    }
+    return TRUE;
+}
+
+BOOL CWnd::EnableWindow(BOOL enable)
+{
+    const BOOL wasDisabled = !m_enabled;
+    if (m_enabled != static_cast<bool>(enable)) {
+        m_enabled = enable;
+        m_style = enable ? (m_style & ~WS_DISABLED) : (m_style | WS_DISABLED);
+        if (m_backend)
+            m_backend->SetEnabled(enable);
+        SendMessage(WM_ENABLE, enable ? 1 : 0);
+    }
+    return wasDisabled;
+}
+
+BOOL CWnd::IsWindowEnabled() const
+{
+    return m_enabled;
+}
+
+BOOL CWnd::ModifyStyle(DWORD remove, DWORD add, UINT flags)
+{
+    const DWORD old = m_style;
+    m_style = (m_style & ~remove) | add;
+    if ((flags & SWP_FRAMECHANGED) && m_hWnd)
+        Invalidate();
+    return old != m_style;
+}
+
+BOOL CWnd::ModifyStyleEx(DWORD remove, DWORD add, UINT flags)
+{
+    const DWORD old = m_exStyle;
+    m_exStyle = (m_exStyle & ~remove) | add;
+    if ((flags & SWP_FRAMECHANGED) && m_hWnd)
+        Invalidate();
+    return old != m_exStyle;
+}
+
+int CWnd::SetDlgCtrlID(int id)
+{
+    const int old = static_cast<int>(m_id);
+    m_id = static_cast<UINT>(id);
+    return old;
+}
+
+CWnd* CWnd::GetTopLevelParent() const
+{
+    const CWnd* w = this;
+    while (w->m_parent)
+        w = w->m_parent;
+    return const_cast<CWnd*>(w);
+}
+
+BOOL CWnd::IsChild(const CWnd* window) const
+{
+    for (const CWnd* w = window ? window->m_parent : nullptr; w; w = w->m_parent) {
+        if (w == this)
+            return TRUE;
+    }
+    return FALSE;
+}
+
+void CWnd::SetFont(CFont* font, BOOL redraw)
+{
+    HFONT handle = (font && vx::g_fontBridge.handleOf) ? vx::g_fontBridge.handleOf(font) : nullptr;
+    SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(handle), redraw ? 1 : 0);
+}
+
+CFont* CWnd::GetFont() const
+{
+    const auto handle = reinterpret_cast<HFONT>(::SendMessageA(m_hWnd, WM_GETFONT, 0, 0));
+    if (!handle || !vx::g_fontBridge.fromHandle)
+        return nullptr;
+    return vx::g_fontBridge.fromHandle(handle);
+}
+
+
+CWnd* AfxGetMainWnd()
+{
+    return vx::g_mainWnd;
+}
+
+void AfxSetMainWnd(CWnd* window)
+{
+    vx::g_mainWnd = window;
+}

@@ -1,0 +1,33 @@
+// Internal to the window layer: the process's window list and the shared
+// state behind focus, capture and activation. Do not include directly.
+#pragma once
+
+#include "platform/windows/cwnd.h"
+
+#include <unordered_set>
+#include <vector>
+
+namespace vx {
+
+extern WindowBackendFactory g_factory;
+extern FontBridge g_fontBridge;
+extern CWnd* g_focus;
+extern CWnd* g_capture;
+extern CWnd* g_mainWnd;
+extern CWnd* g_active;
+
+// Every CWnd object, so that a handler can tell whether its window survived
+// the message it handled.
+std::unordered_set<const CWnd*>& LiveWindows();
+// Windows with a handle, in z-order among siblings: a sibling that comes
+// earlier lies above the ones after it.
+std::vector<CWnd*>& ZOrder();
+std::vector<CWnd*> ChildrenOf(const CWnd* parent);
+CPoint PointOf(LPARAM l);
+// A control that dialog navigation may stop at: shown and enabled itself,
+// whatever its parent is doing.
+bool Usable(const CWnd* w);
+// The deepest enabled, visible descendant of `window` at a screen point.
+CWnd* Deepest(CWnd* window, POINT screen);
+
+} // namespace vx

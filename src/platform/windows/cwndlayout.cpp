@@ -1,0 +1,301 @@
+#include "platform/windows/cwnd.h"
+
+#include "platform/windows/cwnd_p.h"
+
+#include <algorithm>
+
+// Relations among windows (children, tab order, hit tests, activation) and
+// their geometry.
+
+CWnd* CWnd::GetWindow(UINT command) const
+{
+    if (command == GW_CHILD) {
+        const auto children = vx::ChildrenOf(this);
+        return children.empty() ? nullptr : children.front();
+    }
+    if (command == GW_OWNER)
+        return nullptr;
+    const auto siblings = vx::ChildrenOf(m_parent);
+    const auto it = std::find(siblings.begin(), siblings.end(), this);
+    if (it == siblings.end())
+        return nullptr;
+    switch (command) {
+    case GW_HWNDFIRST:
+        return siblings.front();
+    case GW_HWNDLAST:
+        return siblings.back();
+    case GW_HWNDNEXT:
+        return it + 1 == siblings.end() ? nullptr : *(it + 1);
+    case GW_HWNDPREV:
+        return it == siblings.begin() ? nullptr : *(it - 1);
+    default:
+        return nullptr;
+    }
+}
+
+CWnd* CWnd::GetDlgItem(int id) const
+{
+    for (CWnd* child : vx::ChildrenOf(this)) {
+        if (static_cast<int>(child->m_id) == id)
+            return child;
+    }
+    return nullptr;
+}
+
+CWnd* CWnd::GetNextDlgTabItem(CWnd* control, BOOL previous) const
+{
+    auto children = vx::ChildrenOf(this);
+    if (children.empty())
+        return nullptr;
+    if (previous)
+        std::reverse(children.begin(), children.end());
+    auto start = std::find(children.begin(), children.end(), control);
+    const std::size_t n = children.size();
+    const std::size_t first = start == children.end() ? 0 : static_cast<std::size_t>(start - children.begin()) + 1;
+    for (std::size_t k = 0; k < n; ++k) {
+        CWnd* w = children[(first + k) % n];
+        if (w != control && (w->m_style & WS_TABSTOP) && vx::Usable(w))
+            return w;
+    }
+    return nullptr;
+}
+
+CWnd* CWnd::GetNextDlgGroupItem(CWnd* control, BOOL previous) const
+{
+    const auto children = vx::ChildrenOf(this);
+    const auto it = std::find(children.begin(), children.end(), control);
+    if (it == children.end())
+        return nullptr;
+    const std::size_t at = static_cast<std::size_t>(it - children.begin());
+    std::size_t begin = at;
+    while (begin > 0 && !(children[begin]->m_style & WS_GROUP))
+        --begin;
+    std::size_t end = at + 1;
+    while (end < children.size() && !(children[end]->m_style & WS_GROUP))
+        ++end;
+    const std::size_t n = end - begin;
+    for (std::size_t k = 1; k < n; ++k) {
+        const std::size_t offset = previous ? (at - begin + n - k) % n : (at - begin + k) % n;
+        CWnd* w = children[begin + offset];
+        if (vx::Usable(w))
+            return w;
+    }
+    return control;
+}
+
+CWnd* CWnd::WindowFromPoint(POINT screen)
+{
+    // Top-level windows: the active one lies above the others, and of the
+    // rest the one made last.
+    std::vector<CWnd*> tops;
+    for (CWnd* w : vx::ZOrder()) {
+        if (!w->m_parent)
+            tops.push_back(w);
+    }
+    std::reverse(tops.begin(), tops.end());
+    if (vx::g_active) {
+        auto a = std::find(tops.begin(), tops.end(), vx::g_active);
+        if (a != tops.end())
+            std::rotate(tops.begin(), a, a + 1);
+    }
+    for (CWnd* top : tops) {
+        CRect r;
+        top->GetWindowRect(&r);
+        if (top->IsWindowVisible() && r.PtInRect(screen))
+            return top->IsWindowEnabled() ? vx::Deepest(top, screen) : nullptr;
+    }
+    return nullptr;
+}
+
+CWnd* CWnd::ChildWindowFromPoint(POINT client, UINT) const
+{
+    CRect area;
+    GetClientRect(&area);
+    if (!area.PtInRect(client))
+        return nullptr;
+    for (CWnd* child : vx::ChildrenOf(this)) {
+        CRect r;
+        child->GetWindowRect(&r);
+        ScreenToClient(&r);
+        if (r.PtInRect(client))
+            return child;
+    }
+    return const_cast<CWnd*>(this);
+}
+
+CWnd* CWnd::GetActiveWindow()
+{
+    return vx::g_active;
+}
+
+CWnd* CWnd::SetActiveWindow()
+{
+    CWnd* top = GetTopLevelParent();
+    CWnd* old = vx::g_active;
+    if (old == top || !top->m_hWnd)
+        return old;
+    vx::g_active = top;
+    if (old && old->m_hWnd)
+        old->SendMessage(WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(top->m_hWnd));
+    if (vx::g_active == top && top->m_hWnd)
+        top->SendMessage(WM_ACTIVATE, WA_ACTIVE, reinterpret_cast<LPARAM>(old ? old->m_hWnd : nullptr));
+    return old;
+}
+
+BOOL CWnd::SetForegroundWindow()
+{
+    if (!m_hWnd)
+        return FALSE;
+    SetActiveWindow();
+    return TRUE;
+}
+
+void CWnd::MoveWindow(int x, int y, int width, int height, BOOL repaint)
+{
+    if (!m_backend)
+        return;
+    const CRect old = m_backend->Geometry();
+    const CRect now(x, y, x + width, y + height);
+    m_backend->SetGeometry(now);
+    // As on the original, only what changed is reported.
+    if (old.TopLeft() != now.TopLeft())
+        SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y)));
+    if (m_hWnd && old.Size() != now.Size())
+        SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(width), static_cast<WORD>(height)));
+    if (repaint && m_hWnd)
+        Invalidate();
+}
+
+void CWnd::MoveWindow(const RECT* rect, BOOL repaint)
+{
+    if (rect)
+        MoveWindow(rect->left, rect->top, rect->right - rect->left, rect->bottom - rect->top, repaint);
+}
+
+BOOL CWnd::SetWindowPos(const CWnd* insertAfter, int x, int y, int cx, int cy, UINT flags)
+{
+    if (!m_backend)
+        return FALSE;
+    CRect r = m_backend->Geometry();
+    if (flags & SWP_NOMOVE) {
+        x = r.left;
+        y = r.top;
+    }
+    if (flags & SWP_NOSIZE) {
+        cx = r.Width();
+        cy = r.Height();
+    }
+    if (!(flags & SWP_NOZORDER)) {
+        auto& order = vx::ZOrder();
+        auto self = std::find(order.begin(), order.end(), this);
+        if (self != order.end()) {
+            order.erase(self);
+            if (insertAfter == &wndBottom) {
+                order.push_back(this);
+                m_backend->SetZOrder(false);
+            } else if (insertAfter == &wndTop || !insertAfter) {
+                order.insert(order.begin(), this);
+                m_backend->SetZOrder(true);
+            } else {
+                auto after = std::find(order.begin(), order.end(), insertAfter);
+                order.insert(after == order.end() ? order.end() : after + 1, this);
+            }
+        }
+    }
+    if (!(flags & SWP_NOMOVE) || !(flags & SWP_NOSIZE))
+        MoveWindow(x, y, cx, cy, !(flags & SWP_NOREDRAW));
+    if (!m_hWnd)
+        return FALSE;
+    if ((flags & SWP_FRAMECHANGED) && !(flags & SWP_NOREDRAW))
+        Invalidate();
+    if (flags & SWP_SHOWWINDOW)
+        ShowWindow(SW_SHOW);
+    if (flags & SWP_HIDEWINDOW)
+        ShowWindow(SW_HIDE);
+    return TRUE;
+}
+
+void CWnd::GetWindowRect(RECT* rect) const
+{
+    if (!rect)
+        return;
+    if (!m_backend) {
+        *rect = CRect();
+        return;
+    }
+    CRect r = m_backend->Geometry();
+    if (m_parent && m_parent->m_backend) {
+        CPoint origin = m_parent->m_backend->ClientToScreen(CPoint(0, 0));
+        r.OffsetRect(origin);
+    }
+    *rect = r;
+}
+
+void CWnd::GetClientRect(RECT* rect) const
+{
+    if (rect)
+        *rect = m_backend ? m_backend->ClientRect() : CRect();
+}
+
+void CWnd::ClientToScreen(POINT* point) const
+{
+    if (point && m_backend)
+        *point = m_backend->ClientToScreen(CPoint(*point));
+}
+
+void CWnd::ClientToScreen(RECT* rect) const
+{
+    if (!rect || !m_backend)
+        return;
+    const CPoint origin = m_backend->ClientToScreen(CPoint(0, 0));
+    OffsetRect(rect, origin.x, origin.y);
+}
+
+void CWnd::ScreenToClient(POINT* point) const
+{
+    if (!point || !m_backend)
+        return;
+    const CPoint origin = m_backend->ClientToScreen(CPoint(0, 0));
+    point->x -= origin.x;
+    point->y -= origin.y;
+}
+
+void CWnd::ScreenToClient(RECT* rect) const
+{
+    if (!rect || !m_backend)
+        return;
+    const CPoint origin = m_backend->ClientToScreen(CPoint(0, 0));
+    OffsetRect(rect, -origin.x, -origin.y);
+}
+
+void CWnd::Invalidate(BOOL erase)
+{
+    InvalidateRect(nullptr, erase);
+}
+
+void CWnd::InvalidateRect(const RECT* rect, BOOL erase)
+{
+    if (m_backend)
+        m_backend->Invalidate(rect, erase);
+}
+
+void CWnd::UpdateWindow()
+{
+    if (m_backend)
+        m_backend->Update();
+}
+
+BOOL CWnd::RedrawWindow(const RECT* rect, CRgn* region, UINT flags)
+{
+    if (!m_backend)
+        return FALSE;
+    if (flags & RDW_INVALIDATE)
+        InvalidateRect(region ? nullptr : rect, (flags & RDW_ERASE) != 0);
+    if (flags & RDW_ALLCHILDREN) {
+        for (CWnd* child : vx::ChildrenOf(this))
+            child->RedrawWindow(nullptr, nullptr, flags & ~RDW_UPDATENOW);
+    }
+    if (flags & RDW_UPDATENOW)
+        UpdateWindow();
+    return TRUE;
+}

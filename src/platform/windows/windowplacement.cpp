@@ -1,0 +1,34 @@
+#include "platform/windows/windowplacement.h"
+
+#include "platform/windows/cwnd.h"
+#include "platform/ipc/windowbus_p.h"
+#include "platform/windows/windows.h"
+
+BOOL GetWindowPlacement(HWND hwnd, WINDOWPLACEMENT* placement)
+{
+    CWnd* window = CWnd::FromHandle(hwnd);
+    if (!window || !placement)
+        return FALSE;
+    WINDOWPLACEMENT wp{};
+    wp.length = sizeof wp;
+    wp.showCmd = (window->GetStyle() & WS_MAXIMIZE) ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
+    wp.ptMinPosition = POINT{-1, -1};
+    wp.ptMaxPosition = POINT{-1, -1};
+    window->GetWindowRect(&wp.rcNormalPosition);
+    *placement = wp;
+    return TRUE;
+}
+
+BOOL SetWindowPlacement(HWND hwnd, const WINDOWPLACEMENT* placement)
+{
+    if (!placement || !hwnd)
+        return FALSE;
+    if (!vx::IsLocalHandle(hwnd))
+        return vx::detail::RemoteSetPlacement(hwnd, *placement);
+    CWnd* window = CWnd::FromHandle(hwnd);
+    if (!window)
+        return FALSE;
+    window->MoveWindow(&placement->rcNormalPosition);
+    window->ShowWindow(static_cast<int>(placement->showCmd));
+    return TRUE;
+}

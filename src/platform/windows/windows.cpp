@@ -1,0 +1,415 @@
+#include "platform/windows/windows.h"
+
+#include "platform/windows/messagepump.h"
+#include "platform/windows/messagequeue_p.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <unordered_map>
+
+namespace vx {
+namespace {
+
+struct Entry {
+    MessageTarget* target = nullptr;
+    WindowInfo info;
+};
+
+struct Table {
+    std::mutex lock;
+    std::map<std::uint32_t, Entry> windows; // by serial: creation order
+    std::uint32_t nextSerial = 1;
+    RemoteWindows* remote = nullptr;
+    std::unordered_map<std::string, UINT> messages;
+};
+
+std::atomic<pid_t> g_pid{0};
+
+void RememberProcessId()
+{
+    g_pid.store(getpid(), std::memory_order_relaxed);
+}
+
+Table& TheTable()
+{
+    static Table* table = new Table; // outlives static destructors of hosts
+    return *table;
+}
+
+std::uint64_t Bits(HWND h)
+{
+    return reinterpret_cast<std::uintptr_t>(h);
+}
+
+HWND MakeHandle(pid_t pid, std::uint32_t serial)
+{
+    return reinterpret_cast<HWND>((static_cast<std::uint64_t>(static_cast<std::uint32_t>(pid)) << 32) | serial);
+}
+
+std::uint32_t Serial(HWND h)
+{
+    return static_cast<std::uint32_t>(Bits(h) & 0xFFFFFFFFu);
+}
+
+// The entry of a local handle; call with the lock held.
+Entry* FindLocked(Table& t, HWND h)
+{
+    if (!IsLocalHandle(h))
+        return nullptr;
+    auto it = t.windows.find(Serial(h));
+    return it == t.windows.end() ? nullptr : &it->second;
+}
+
+int CopyText(const std::string& text, char* out, int maxCount)
+{
+    if (!out || maxCount <= 0)
+        return 0;
+    const int n = std::min(static_cast<int>(text.size()), maxCount - 1);
+    std::memcpy(out, text.data(), static_cast<std::size_t>(n));
+    out[n] = 0;
+    return n;
+}
+
+bool DescribeAny(HWND h, WindowRecord& out)
+{
+    Table& t = TheTable();
+    RemoteWindows* remote;
+    {
+        std::lock_guard lock(t.lock);
+        if (Entry* e = FindLocked(t, h)) {
+            out.hwnd = h;
+            out.title = e->info.title;
+            out.className = e->info.className;
+            out.processId = detail::CurrentProcessId();
+            return true;
+        }
+        remote = t.remote;
+    }
+    return !IsLocalHandle(h) && remote && remote->Describe(h, out);
+}
+
+} // namespace
+
+namespace {
+
+// This process's top-level windows in creation order, and the bus, read
+// under one lock.
+std::vector<HWND> LocalTopLevelWindows(RemoteWindows*& remote)
+{
+    std::vector<HWND> handles;
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    for (const auto& [serial, e] : t.windows) {
+        if (!e.info.parent)
+            handles.push_back(MakeHandle(detail::CurrentProcessId(), serial));
+    }
+    remote = t.remote;
+    return handles;
+}
+
+} // namespace
+
+pid_t detail::CurrentProcessId()
+{
+    pid_t pid = g_pid.load(std::memory_order_relaxed);
+    if (pid == 0) {
+        static const int once = pthread_atfork(nullptr, nullptr, RememberProcessId);
+        (void)once;
+        RememberProcessId();
+        pid = g_pid.load(std::memory_order_relaxed);
+    }
+    return pid;
+}
+
+MessageTarget::~MessageTarget() = default;
+
+void MessageTarget::ApplyShowState(int) {}
+RemoteWindows::~RemoteWindows() = default;
+
+bool RemoteWindows::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!IsAlive(hwnd))
+        return false;
+    Send(hwnd, message, wParam, lParam);
+    return true;
+}
+
+BOOL RemoteWindows::Show(HWND, int)
+{
+    return FALSE;
+}
+
+void RemoteWindows::LocalWindowChanged(HWND) {}
+
+HWND RegisterWindow(MessageTarget* target, const WindowInfo& info)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    const std::uint32_t serial = t.nextSerial++;
+    t.windows[serial] = Entry{target, info};
+    return MakeHandle(detail::CurrentProcessId(), serial);
+}
+
+void UnregisterWindow(HWND hwnd)
+{
+    Table& t = TheTable();
+    {
+        std::lock_guard lock(t.lock);
+        if (!FindLocked(t, hwnd))
+            return;
+        t.windows.erase(Serial(hwnd));
+    }
+    detail::DropWindowMessages(hwnd);
+    if (RemoteWindows* remote = GetRemoteWindows())
+        remote->LocalWindowChanged(hwnd);
+}
+
+MessageTarget* FindTarget(HWND hwnd)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    return e ? e->target : nullptr;
+}
+
+void SetWindowVisible(HWND hwnd, bool visible)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    if (Entry* e = FindLocked(t, hwnd))
+        e->info.visible = visible;
+}
+
+void SetWindowTitle(HWND hwnd, const char* title)
+{
+    Table& t = TheTable();
+    RemoteWindows* remote;
+    {
+        std::lock_guard lock(t.lock);
+        Entry* e = FindLocked(t, hwnd);
+        if (!e)
+            return;
+        e->info.title = title ? title : "";
+        remote = t.remote;
+    }
+    if (remote)
+        remote->LocalWindowChanged(hwnd);
+}
+
+pid_t HandleProcess(HWND hwnd)
+{
+    return static_cast<pid_t>(Bits(hwnd) >> 32);
+}
+
+bool IsLocalHandle(HWND hwnd)
+{
+    return hwnd && hwnd != HWND_BROADCAST && HandleProcess(hwnd) == detail::CurrentProcessId();
+}
+
+void SetRemoteWindows(RemoteWindows* remote)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    t.remote = remote;
+}
+
+RemoteWindows* GetRemoteWindows()
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    return t.remote;
+}
+
+} // namespace vx
+
+using namespace vx;
+
+LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (hwnd == HWND_BROADCAST) {
+        RemoteWindows* remote = nullptr;
+        const std::vector<HWND> local = LocalTopLevelWindows(remote);
+        for (HWND h : local)
+            SendMessageA(h, message, wParam, lParam);
+        if (remote) {
+            for (const WindowRecord& r : remote->Enumerate())
+                remote->Send(r.hwnd, message, wParam, lParam);
+        }
+        return 0;
+    }
+    if (IsLocalHandle(hwnd)) {
+        MessageTarget* target = FindTarget(hwnd);
+        return target ? target->HandleMessage(message, wParam, lParam) : 0;
+    }
+    RemoteWindows* remote = GetRemoteWindows();
+    return (hwnd && remote) ? remote->Send(hwnd, message, wParam, lParam) : 0;
+}
+
+BOOL SendNotifyMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!hwnd || hwnd == HWND_BROADCAST)
+        return FALSE;
+    if (IsLocalHandle(hwnd)) {
+        MessageTarget* target = FindTarget(hwnd);
+        if (!target)
+            return FALSE;
+        target->HandleMessage(message, wParam, lParam);
+        return TRUE;
+    }
+    RemoteWindows* remote = GetRemoteWindows();
+    return remote && remote->Notify(hwnd, message, wParam, lParam);
+}
+
+BOOL IsWindow(HWND hwnd)
+{
+    if (!hwnd || hwnd == HWND_BROADCAST)
+        return FALSE;
+    if (IsLocalHandle(hwnd))
+        return FindTarget(hwnd) != nullptr;
+    RemoteWindows* remote = GetRemoteWindows();
+    return remote && remote->IsAlive(hwnd);
+}
+
+BOOL IsWindowVisible(HWND hwnd)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    return e && e->info.visible;
+}
+
+int GetWindowTextA(HWND hwnd, char* text, int maxCount)
+{
+    WindowRecord r;
+    if (!DescribeAny(hwnd, r))
+        return CopyText(std::string(), text, maxCount);
+    return CopyText(r.title, text, maxCount);
+}
+
+int GetWindowTextLengthA(HWND hwnd)
+{
+    WindowRecord r;
+    return DescribeAny(hwnd, r) ? static_cast<int>(r.title.size()) : 0;
+}
+
+BOOL SetWindowTextA(HWND hwnd, const char* text)
+{
+    if (!IsLocalHandle(hwnd) || !FindTarget(hwnd))
+        return FALSE;
+    SetWindowTitle(hwnd, text);
+    SendMessageA(hwnd, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text ? text : ""));
+    return TRUE;
+}
+
+int GetClassNameA(HWND hwnd, char* className, int maxCount)
+{
+    WindowRecord r;
+    if (!DescribeAny(hwnd, r))
+        return CopyText(std::string(), className, maxCount);
+    return CopyText(r.className, className, maxCount);
+}
+
+BOOL EnumWindows(WNDENUMPROC proc, LPARAM lParam)
+{
+    if (!proc)
+        return FALSE;
+    RemoteWindows* remote = nullptr;
+    std::vector<HWND> handles = LocalTopLevelWindows(remote);
+    if (remote) {
+        for (const WindowRecord& r : remote->Enumerate())
+            handles.push_back(r.hwnd);
+    }
+    for (HWND h : handles) {
+        if (!proc(h, lParam))
+            return TRUE;
+    }
+    return TRUE;
+}
+
+DWORD GetWindowThreadProcessId(HWND hwnd, DWORD* processId)
+{
+    WindowRecord r;
+    if (!DescribeAny(hwnd, r)) {
+        if (processId)
+            *processId = 0;
+        return 0;
+    }
+    if (processId)
+        *processId = static_cast<DWORD>(r.processId);
+    return static_cast<DWORD>(r.processId);
+}
+
+HWND GetParent(HWND hwnd)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    return e ? e->info.parent : nullptr;
+}
+
+BOOL ShowWindow(HWND hwnd, int command)
+{
+    if (!IsLocalHandle(hwnd)) {
+        RemoteWindows* remote = GetRemoteWindows();
+        return hwnd && hwnd != HWND_BROADCAST && remote ? remote->Show(hwnd, command) : FALSE;
+    }
+    const bool before = IsWindowVisible(hwnd);
+    const bool show = command != SW_HIDE;
+    SetWindowVisible(hwnd, show);
+    if (MessageTarget* target = FindTarget(hwnd))
+        target->ApplyShowState(command);
+    SendMessageA(hwnd, WM_SHOWWINDOW, show ? 1 : 0, command);
+    return before;
+}
+
+BOOL SetForegroundWindow(HWND hwnd)
+{
+    return IsWindow(hwnd);
+}
+
+BOOL DestroyWindow(HWND hwnd)
+{
+    if (!IsLocalHandle(hwnd) || !FindTarget(hwnd))
+        return FALSE;
+    SendMessageA(hwnd, WM_DESTROY, 0, 0);
+    SendMessageA(hwnd, WM_NCDESTROY, 0, 0);
+    UnregisterWindow(hwnd);
+    return TRUE;
+}
+
+UINT RegisterWindowMessageA(const char* name)
+{
+    if (!name || !*name)
+        return 0;
+    std::string key(name);
+    for (char& c : key) {
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    }
+    // The number comes from a hash of the name, so that two processes
+    // agree on it without asking each other.
+    std::uint32_t h = 2166136261u;
+    for (char c : key)
+        h = (h ^ static_cast<unsigned char>(c)) * 16777619u;
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    if (auto it = t.messages.find(key); it != t.messages.end())
+        return it->second;
+    UINT id = 0xC000 + h % 0x3FFF;
+    // A clash within this process moves on to the next free number.
+    for (;;) {
+        const bool used = std::any_of(t.messages.begin(), t.messages.end(),
+                                      [id](const auto& m) { return m.second == id; });
+        if (!used)
+            break;
+        id = id == 0xFFFE ? 0xC000 : id + 1;
+    }
+    t.messages[key] = id;
+    return id;
+}

@@ -1,0 +1,96 @@
+// CToolTipCtrl: the platform's tooltip control, as windows use it for their
+// own tips. A tool is a window (or a rectangle of it) with a text; while the
+// control is active, hovering over a tool's window shows the text in Qt's
+// tooltip. The control answers the TTM_ messages it is sent.
+//
+//   m_tip.Create(this);
+//   m_tip.AddTool(this, "Opens the project");
+//   m_tip.Activate(TRUE);
+#pragma once
+
+#include "platform/framework/cstring.h"
+#include "platform/windows/cwnd.h"
+#include "vxbase_ui_export.h"
+
+#include <vector>
+
+constexpr DWORD TTS_ALWAYSTIP = 0x01;
+constexpr DWORD TTS_NOPREFIX = 0x02;
+constexpr DWORD TTS_NOANIMATE = 0x10;
+constexpr DWORD TTS_NOFADE = 0x20;
+constexpr DWORD TTS_BALLOON = 0x40;
+
+constexpr UINT TTF_IDISHWND = 0x0001;
+constexpr UINT TTF_CENTERTIP = 0x0002;
+constexpr UINT TTF_SUBCLASS = 0x0010;
+
+constexpr UINT TTM_ACTIVATE = WM_USER + 1;
+constexpr UINT TTM_SETDELAYTIME = WM_USER + 3;
+constexpr UINT TTM_ADDTOOLA = WM_USER + 4;
+constexpr UINT TTM_DELTOOLA = WM_USER + 5;
+constexpr UINT TTM_NEWTOOLRECTA = WM_USER + 6;
+constexpr UINT TTM_RELAYEVENT = WM_USER + 7;
+constexpr UINT TTM_GETTOOLINFOA = WM_USER + 8;
+constexpr UINT TTM_UPDATETIPTEXTA = WM_USER + 12;
+constexpr UINT TTM_GETTOOLCOUNT = WM_USER + 13;
+constexpr UINT TTM_SETMAXTIPWIDTH = WM_USER + 24;
+constexpr UINT TTM_GETMAXTIPWIDTH = WM_USER + 25;
+constexpr UINT TTM_POP = WM_USER + 28;
+
+// The text of a tool that asks its window for it (TTN_NEEDTEXT).
+inline const LPSTR LPSTR_TEXTCALLBACK = reinterpret_cast<LPSTR>(static_cast<LONG_PTR>(-1));
+
+struct TOOLINFOA {
+    UINT cbSize;
+    UINT uFlags;
+    HWND hwnd;
+    UINT_PTR uId;
+    RECT rect;
+    HINSTANCE hinst;
+    LPSTR lpszText;
+    LPARAM lParam;
+};
+using TOOLINFO = TOOLINFOA;
+
+class VXBASE_UI_EXPORT CToolTipCtrl : public CWnd {
+public:
+    CToolTipCtrl();
+    ~CToolTipCtrl() override;
+
+    // A hidden popup owned by `parent`, with TTS_ styles.
+    BOOL Create(CWnd* parent, DWORD style = 0);
+    // Adds a tool over `window` (the rectangle is informative; the whole
+    // window shows the tip). Replaces an existing tool of the same window and id.
+    BOOL AddTool(CWnd* window, LPCSTR text = LPSTR_TEXTCALLBACK, const RECT* rect = nullptr, UINT_PTR id = 0);
+    BOOL AddTool(CWnd* window, UINT textId, const RECT* rect = nullptr, UINT_PTR id = 0);
+    void DelTool(CWnd* window, UINT_PTR id = 0);
+    void UpdateTipText(LPCSTR text, CWnd* window, UINT_PTR id = 0);
+    void GetText(CString& text, CWnd* window, UINT_PTR id = 0) const;
+    int GetToolCount() const;
+    void Activate(BOOL active);
+    BOOL IsActive() const { return m_active; }
+    int SetMaxTipWidth(int width);
+    int GetMaxTipWidth() const { return m_maxWidth; }
+    void SetDelayTime(UINT delay);
+    // Takes input messages of the tools' windows; nothing more is needed,
+    // since the tip follows the mouse by itself.
+    void RelayEvent(MSG* msg);
+    void Pop();
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    struct Tool {
+        HWND window;
+        UINT_PTR id;
+        CString text;
+        RECT rect;
+        bool callback; // the window is asked for the text (TTN_NEEDTEXT)
+    };
+    void Apply(const Tool& tool) const;
+    std::vector<Tool> m_tools;
+    bool m_active = true;
+    int m_maxWidth = -1;
+    UINT m_delay = 500;
+};

@@ -1,0 +1,583 @@
+#include "ui/windows/qtwindow_p.h"
+
+#include "ui/gdi/gdiobjects_p.h"
+#include "ui/windows/qtinterop.h"
+#include "ui/windows/uiapp.h"
+
+#include "platform/framework/codepage.h"
+#include "platform/windows/sysmetrics.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <QWheelEvent>
+
+#include <vector>
+#include <utility>
+
+namespace vx {
+namespace {
+
+// How deep we are in the event handlers of our widgets. A widget whose window
+// is destroyed meanwhile is parked and deleted once the outermost handler
+// has returned, since Qt must not delete a widget inside its own handler.
+int g_eventDepth = 0;
+std::vector<QPointer<QWidget>>& Graveyard()
+{
+    static auto* dead = new std::vector<QPointer<QWidget>>;
+    return *dead;
+}
+
+void Bury()
+{
+    auto dead = std::move(Graveyard());
+    Graveyard().clear();
+    for (auto& w : dead)
+        delete w.data();
+}
+
+UINT MouseFlags(Qt::MouseButtons buttons, Qt::KeyboardModifiers mods)
+{
+    UINT flags = 0;
+    if (buttons & Qt::LeftButton)
+        flags |= MK_LBUTTON;
+    if (buttons & Qt::RightButton)
+        flags |= MK_RBUTTON;
+    if (buttons & Qt::MiddleButton)
+        flags |= MK_MBUTTON;
+    if (mods & Qt::ShiftModifier)
+        flags |= MK_SHIFT;
+    if (mods & Qt::ControlModifier)
+        flags |= MK_CONTROL;
+    return flags;
+}
+
+LPARAM PointParam(const QPoint& p)
+{
+    return MAKELPARAM(static_cast<WORD>(static_cast<short>(p.x())), static_cast<WORD>(static_cast<short>(p.y())));
+}
+
+UINT VirtualKey(const QKeyEvent* e)
+{
+    const int key = e->key();
+    const bool keypad = e->modifiers() & Qt::KeypadModifier;
+    if (key >= Qt::Key_A && key <= Qt::Key_Z)
+        return static_cast<UINT>(key);
+    if (key >= Qt::Key_0 && key <= Qt::Key_9)
+        return keypad ? VK_NUMPAD0 + static_cast<UINT>(key - Qt::Key_0) : static_cast<UINT>(key);
+    if (key >= Qt::Key_F1 && key <= Qt::Key_F24)
+        return VK_F1 + static_cast<UINT>(key - Qt::Key_F1);
+    switch (key) {
+    case Qt::Key_Space: return VK_SPACE;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: return VK_RETURN;
+    case Qt::Key_Escape: return VK_ESCAPE;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab: return VK_TAB;
+    case Qt::Key_Backspace: return VK_BACK;
+    case Qt::Key_Delete: return VK_DELETE;
+    case Qt::Key_Insert: return VK_INSERT;
+    case Qt::Key_Home: return VK_HOME;
+    case Qt::Key_End: return VK_END;
+    case Qt::Key_PageUp: return VK_PRIOR;
+    case Qt::Key_PageDown: return VK_NEXT;
+    case Qt::Key_Left: return VK_LEFT;
+    case Qt::Key_Right: return VK_RIGHT;
+    case Qt::Key_Up: return VK_UP;
+    case Qt::Key_Down: return VK_DOWN;
+    case Qt::Key_Shift: return VK_SHIFT;
+    case Qt::Key_Control: return VK_CONTROL;
+    case Qt::Key_Alt: return VK_MENU;
+    case Qt::Key_Pause: return VK_PAUSE;
+    case Qt::Key_CapsLock: return VK_CAPITAL;
+    case Qt::Key_NumLock: return VK_NUMLOCK;
+    case Qt::Key_ScrollLock: return VK_SCROLL;
+    case Qt::Key_Print: return VK_SNAPSHOT;
+    case Qt::Key_Help: return VK_HELP;
+    case Qt::Key_Menu: return 0x5D;
+    case Qt::Key_Asterisk: return keypad ? VK_MULTIPLY : 0;
+    case Qt::Key_Plus: return keypad ? VK_ADD : 0xBB;
+    case Qt::Key_Minus: return keypad ? VK_SUBTRACT : 0xBD;
+    case Qt::Key_Slash: return keypad ? VK_DIVIDE : 0xBF;
+    case Qt::Key_Period: return keypad ? VK_DECIMAL : 0xBE;
+    case Qt::Key_Comma: return 0xBC;
+    case Qt::Key_Semicolon: return 0xBA;
+    case Qt::Key_Equal: return 0xBB;
+    case Qt::Key_BracketLeft: return 0xDB;
+    case Qt::Key_Backslash: return 0xDC;
+    case Qt::Key_BracketRight: return 0xDD;
+    case Qt::Key_Apostrophe: return 0xDE;
+    case Qt::Key_QuoteLeft: return 0xC0;
+    default: return 0;
+    }
+}
+
+std::unique_ptr<WindowBackend> CreateQtBackend(CWnd& window, CWnd* parent, DWORD style)
+{
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return nullptr; // no widgets without an application: the headless backend
+    InstallQtMessagePump();
+    return std::make_unique<QtWindowBackend>(window, parent, style, window.GetExStyle());
+}
+
+// vxbase-ui takes over how windows are shown as soon as it is loaded.
+const bool g_installed = [] {
+    SetWindowBackendFactory(&CreateQtBackend);
+    return true;
+}();
+
+} // namespace
+
+// --- WindowWidget ---------------------------------------------------------------
+
+WindowWidget::WindowWidget(QtWindowBackend* backend, QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags), m_backend(backend)
+{
+    setMouseTracking(true);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoSystemBackground);
+    // Focus moves only when a window asks for it (SetFocus), as on the original.
+    setFocusPolicy(Qt::NoFocus);
+}
+
+bool WindowWidget::event(QEvent* e)
+{
+    ++g_eventDepth;
+    const bool handled = QWidget::event(e);
+    if (--g_eventDepth == 0 && !Graveyard().empty())
+        Bury();
+    return handled;
+}
+
+void WindowWidget::paintEvent(QPaintEvent* e)
+{
+    if (!m_backend)
+        return;
+    // An area Qt asks for that nobody invalidated was uncovered: it is erased
+    // first, as an exposed area was on the original.
+    bool erase = false;
+    QRegion pending = m_backend->TakePending(erase);
+    const bool exposed = !(e->region() - pending).isEmpty();
+    m_backend->AddPending(pending | e->region(), erase || exposed);
+    m_backend->Owner().SendMessage(WM_PAINT);
+    if (!m_backend)
+        return;
+    m_backend->TakePending(erase); // painted or not, the area is valid now
+    const std::shared_ptr<QImage> surface = m_backend->Surface();
+    QPainter p(this);
+    p.drawImage(e->rect(), *surface, e->rect());
+}
+
+void WindowWidget::Mouse(UINT message, QMouseEvent* e)
+{
+    if (!m_backend)
+        return;
+    const QPoint at = e->position().toPoint();
+    DispatchInputMessage(m_backend->Owner(), message, MouseFlags(e->buttons(), e->modifiers()), PointParam(at));
+}
+
+void WindowWidget::mousePressEvent(QMouseEvent* e)
+{
+    switch (e->button()) {
+    case Qt::LeftButton: Mouse(WM_LBUTTONDOWN, e); break;
+    case Qt::RightButton: Mouse(WM_RBUTTONDOWN, e); break;
+    case Qt::MiddleButton: Mouse(WM_MBUTTONDOWN, e); break;
+    default: break;
+    }
+}
+
+void WindowWidget::mouseReleaseEvent(QMouseEvent* e)
+{
+    switch (e->button()) {
+    case Qt::LeftButton: Mouse(WM_LBUTTONUP, e); break;
+    case Qt::RightButton:
+        Mouse(WM_RBUTTONUP, e);
+        if (m_backend) {
+            // The context menu request follows the right button, in screen coordinates.
+            const QPoint g = e->globalPosition().toPoint();
+            m_backend->Owner().SendMessage(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_backend->Owner().m_hWnd),
+                                           PointParam(g));
+        }
+        break;
+    case Qt::MiddleButton: Mouse(WM_MBUTTONUP, e); break;
+    default: break;
+    }
+}
+
+void WindowWidget::mouseDoubleClickEvent(QMouseEvent* e)
+{
+    switch (e->button()) {
+    case Qt::LeftButton: Mouse(WM_LBUTTONDBLCLK, e); break;
+    case Qt::RightButton: Mouse(WM_RBUTTONDBLCLK, e); break;
+    case Qt::MiddleButton: Mouse(WM_MBUTTONDBLCLK, e); break;
+    default: break;
+    }
+}
+
+void WindowWidget::UpdateCursor()
+{
+    if (!m_backend)
+        return;
+    CWnd& owner = m_backend->Owner();
+    const LRESULT set = owner.SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(owner.m_hWnd),
+                                          MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    if (!m_backend)
+        return;
+    HCURSOR cursor = ::GetCursor();
+    if (!set || !cursor) {
+        unsetCursor();
+        return;
+    }
+    if (const int shape = gdi::CursorShapeOf(cursor)) {
+        setCursor(QCursor(static_cast<Qt::CursorShape>(shape - 1)));
+        return;
+    }
+    QImage image = ImageOfIcon(cursor).convertToFormat(QImage::Format_ARGB32);
+    const QImage mask = ImageOfIcon(cursor, true);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (gdi::MonoBit(mask.pixel(x, y)))
+                image.setPixel(x, y, 0);
+        }
+    }
+    ICONINFO info{};
+    if (GetIconInfo(cursor, &info)) {
+        DeleteObject(info.hbmColor);
+        DeleteObject(info.hbmMask);
+    }
+    setCursor(QCursor(QPixmap::fromImage(image), static_cast<int>(info.xHotspot), static_cast<int>(info.yHotspot)));
+}
+
+void WindowWidget::mouseMoveEvent(QMouseEvent* e)
+{
+    UpdateCursor();
+    Mouse(WM_MOUSEMOVE, e);
+}
+
+void WindowWidget::wheelEvent(QWheelEvent* e)
+{
+    if (!m_backend)
+        return;
+    const QPoint g = e->globalPosition().toPoint();
+    const int delta = e->angleDelta().y();
+    const UINT flags = MouseFlags(e->buttons(), e->modifiers());
+    DispatchInputMessage(m_backend->Owner(), WM_MOUSEWHEEL,
+                         MAKEWPARAM(static_cast<WORD>(flags), static_cast<WORD>(static_cast<short>(delta))),
+                         PointParam(g));
+}
+
+void WindowWidget::leaveEvent(QEvent*)
+{
+    if (m_backend && TakeMouseLeaveRequest(m_backend->Owner()))
+        DispatchInputMessage(m_backend->Owner(), WM_MOUSELEAVE, 0, 0);
+}
+
+void WindowWidget::keyPressEvent(QKeyEvent* e)
+{
+    if (!m_backend)
+        return;
+    const bool alt = e->modifiers() & Qt::AltModifier;
+    const UINT key = VirtualKey(e);
+    const LPARAM info = 1 | (e->isAutoRepeat() ? (1 << 30) : 0) | (alt ? (1 << 29) : 0);
+    CWnd& owner = m_backend->Owner();
+    const HWND hwnd = owner.m_hWnd;
+    if (key)
+        DispatchInputMessage(owner, alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, info);
+    if (alt || !IsWindow(hwnd) || !m_backend)
+        return;
+    const QByteArray utf8 = e->text().toUtf8();
+    const std::string bytes = FromUtf8(std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
+    for (unsigned char c : bytes) {
+        if (!m_backend || !IsWindow(hwnd))
+            break;
+        DispatchInputMessage(m_backend->Owner(), WM_CHAR, c, info);
+    }
+}
+
+void WindowWidget::keyReleaseEvent(QKeyEvent* e)
+{
+    if (!m_backend || e->isAutoRepeat())
+        return;
+    const bool alt = e->modifiers() & Qt::AltModifier;
+    const UINT key = VirtualKey(e);
+    const LPARAM info = 1 | (1 << 30) | (1LL << 31) | (alt ? (1 << 29) : 0);
+    if (key)
+        DispatchInputMessage(m_backend->Owner(), alt ? WM_SYSKEYUP : WM_KEYUP, key, info);
+}
+
+void WindowWidget::focusInEvent(QFocusEvent*)
+{
+    if (m_backend && CWnd::GetFocus() != &m_backend->Owner())
+        m_backend->Owner().SetFocus();
+}
+
+void WindowWidget::resizeEvent(QResizeEvent*)
+{
+    if (m_backend && m_backend->IsTopLevel() && !m_backend->SettingGeometry())
+        m_backend->DesktopGeometry(geometry());
+}
+
+void WindowWidget::moveEvent(QMoveEvent*)
+{
+    if (m_backend && m_backend->IsTopLevel() && !m_backend->SettingGeometry())
+        m_backend->DesktopGeometry(geometry());
+}
+
+void WindowWidget::closeEvent(QCloseEvent* e)
+{
+    // The window decides, through WM_CLOSE, whether it goes away.
+    e->ignore();
+    if (m_backend)
+        m_backend->Owner().SendMessage(WM_CLOSE);
+}
+
+void WindowWidget::changeEvent(QEvent* e)
+{
+    if (e->type() == QEvent::ActivationChange && m_backend && m_backend->IsTopLevel()) {
+        CWnd& owner = m_backend->Owner();
+        if (isActiveWindow())
+            owner.SetActiveWindow();
+        else if (CWnd::GetActiveWindow() == &owner)
+            ClearActiveWindow();
+    }
+    QWidget::changeEvent(e);
+}
+
+bool WindowWidget::focusNextPrevChild(bool)
+{
+    // Tab reaches the window as a key; dialogs move the focus themselves.
+    return false;
+}
+
+// --- QtWindowBackend ------------------------------------------------------------
+
+QtWindowBackend::QtWindowBackend(CWnd& owner, CWnd* parent, DWORD style, DWORD exStyle)
+    : m_owner(owner), m_parent(parent)
+{
+    QtWindowBackend* parentBackend = parent ? QtBackendOf(parent) : nullptr;
+    QWidget* parentWidget = parentBackend ? parentBackend->Widget() : nullptr;
+    Qt::WindowFlags flags = Qt::Widget;
+    if (!(style & WS_CHILD) || !parentWidget) {
+        m_topLevel = true;
+        if (style & WS_POPUP)
+            flags = Qt::Tool | Qt::FramelessWindowHint;
+        else
+            flags = Qt::Window;
+        if (exStyle & WS_EX_TOPMOST)
+            flags |= Qt::WindowStaysOnTopHint;
+    }
+    // A child window keeps its parent; an owned top-level window stays above
+    // its owner, as Qt does for a transient parent.
+    m_widget = new WindowWidget(this, parentWidget, flags);
+    if (!m_topLevel) {
+        // A new child goes below its siblings: the first made lies on top,
+        // as dialog controls do.
+        m_widget->lower();
+    }
+}
+
+QtWindowBackend::~QtWindowBackend()
+{
+    if (!m_widget)
+        return;
+    WindowWidget* w = m_widget.data();
+    w->Detach();
+    w->hide();
+    if (g_eventDepth > 0)
+        Graveyard().push_back(w);
+    else
+        delete w;
+}
+
+void QtWindowBackend::Show(bool visible)
+{
+    if (m_widget)
+        m_widget->setVisible(visible);
+}
+
+bool QtWindowBackend::IsVisible() const
+{
+    return m_widget && m_widget->isVisible();
+}
+
+void QtWindowBackend::SetGeometry(const CRect& rect)
+{
+    m_rect = rect;
+    if (!m_widget)
+        return;
+    m_settingGeometry = true;
+    m_widget->setGeometry(QRect(rect.left, rect.top, std::max(0, rect.Width()), std::max(0, rect.Height())));
+    m_settingGeometry = false;
+}
+
+void QtWindowBackend::DesktopGeometry(const QRect& rect)
+{
+    const CRect now(rect.left(), rect.top(), rect.left() + rect.width(), rect.top() + rect.height());
+    const CRect old = m_rect;
+    if (now == old)
+        return;
+    m_rect = now;
+    if (old.TopLeft() != now.TopLeft())
+        m_owner.SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(now.left), static_cast<WORD>(now.top)));
+    if (old.Size() != now.Size())
+        m_owner.SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(now.Width()), static_cast<WORD>(now.Height())));
+}
+
+CPoint QtWindowBackend::ClientToScreen(CPoint point) const
+{
+    if (!m_topLevel && m_parent && m_parent->Backend()) {
+        const CPoint origin = m_parent->Backend()->ClientToScreen(CPoint(0, 0));
+        return CPoint(point.x + origin.x + m_rect.left, point.y + origin.y + m_rect.top);
+    }
+    return CPoint(point.x + m_rect.left, point.y + m_rect.top);
+}
+
+void QtWindowBackend::SetText(const char* text)
+{
+    if (m_widget && m_topLevel)
+        m_widget->setWindowTitle(ToQString(text));
+}
+
+void QtWindowBackend::SetEnabled(bool enabled)
+{
+    if (m_widget)
+        m_widget->setEnabled(enabled);
+}
+
+void QtWindowBackend::Invalidate(const RECT* rect, bool erase)
+{
+    const QRect area = rect ? QRect(rect->left, rect->top, rect->right - rect->left, rect->bottom - rect->top)
+                            : QRect(0, 0, m_rect.Width(), m_rect.Height());
+    if (area.isEmpty())
+        return;
+    AddPending(area, erase);
+    if (m_widget)
+        m_widget->update(area);
+}
+
+void QtWindowBackend::Update()
+{
+    if (m_widget && m_widget->isVisible() && !m_pending.isEmpty())
+        m_widget->repaint(m_pending);
+}
+
+void QtWindowBackend::SetFocus()
+{
+    if (m_widget)
+        m_widget->setFocus(Qt::OtherFocusReason);
+}
+
+void QtWindowBackend::SetCapture(bool capture)
+{
+    if (!m_widget || !m_widget->isVisible())
+        return;
+    if (capture)
+        m_widget->grabMouse();
+    else
+        m_widget->releaseMouse();
+}
+
+void QtWindowBackend::SetZOrder(bool top)
+{
+    if (!m_widget)
+        return;
+    if (top)
+        m_widget->raise();
+    else
+        m_widget->lower();
+}
+
+std::shared_ptr<QImage> QtWindowBackend::Surface()
+{
+    const QSize size(std::max(1, m_rect.Width()), std::max(1, m_rect.Height()));
+    if (!m_surface || m_surface->size() != size) {
+        auto fresh = std::make_shared<QImage>(size, QImage::Format_RGB32);
+        fresh->fill(gdi::ToRgb(GetSysColor(COLOR_BTNFACE)));
+        if (m_surface) {
+            QPainter p(fresh.get());
+            p.drawImage(0, 0, *m_surface);
+        }
+        m_surface = std::move(fresh);
+    }
+    return m_surface;
+}
+
+QRegion QtWindowBackend::TakePending(bool& erase)
+{
+    erase = m_erase;
+    m_erase = false;
+    return std::exchange(m_pending, QRegion());
+}
+
+void QtWindowBackend::AddPending(const QRegion& region, bool erase)
+{
+    m_pending |= region & QRect(0, 0, m_rect.Width(), m_rect.Height());
+    m_erase = m_erase || erase;
+}
+
+QtWindowBackend* QtBackendOf(const CWnd* window)
+{
+    return window ? dynamic_cast<QtWindowBackend*>(window->Backend()) : nullptr;
+}
+
+QtWindowBackend* QtBackendOf(HWND window)
+{
+    return QtBackendOf(CWnd::FromHandle(window));
+}
+
+QWidget* WidgetOfWindow(const CWnd* window)
+{
+    QtWindowBackend* b = QtBackendOf(window);
+    return b ? b->Widget() : nullptr;
+}
+
+QImage RenderWindow(CWnd& window)
+{
+    QWidget* w = WidgetOfWindow(&window);
+    if (!w)
+        return QImage();
+    // Everything is painted afresh, as when the window first appears.
+    window.RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    QImage image(w->size(), QImage::Format_RGB32);
+    image.fill(0xFF000000u);
+    w->render(&image);
+    return image;
+}
+
+namespace gdi {
+
+std::shared_ptr<QImage> WindowSurface(HWND window)
+{
+    QtWindowBackend* b = QtBackendOf(window);
+    return b ? b->Surface() : nullptr;
+}
+
+PendingPaint TakePendingPaint(HWND window)
+{
+    PendingPaint paint;
+    if (QtWindowBackend* b = QtBackendOf(window)) {
+        paint.region = b->TakePending(paint.erase);
+    } else if (CWnd* w = CWnd::FromHandle(window)) {
+        CRect client;
+        w->GetClientRect(&client);
+        paint.region = QRegion(0, 0, client.Width(), client.Height());
+        paint.erase = true;
+    }
+    return paint;
+}
+
+void EraseWithClassBackground(HWND, HDC dc, const QRegion& area)
+{
+    Dc* d = Get<Dc>(dc);
+    if (!d)
+        return;
+    Brush* face = Get<Brush>(GetSysColorBrush(COLOR_BTNFACE));
+    for (const QRect& r : area)
+        FillDevice(*d, r, face, PATCOPY);
+}
+
+} // namespace gdi
+} // namespace vx

@@ -1,0 +1,95 @@
+#include "platform/files/fileapi.h"
+#include "platform/files/hostpath.h"
+
+#include "support/printers.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class TempDir : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/vxplatformXXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        dir = pattern;
+    }
+    void TearDown() override
+    {
+        vx::SetDriveRoot('P', "");
+        fs::remove_all(dir);
+    }
+    void Write(const std::string& name, const std::string& text) { std::ofstream(dir + "/" + name) << text; }
+    std::string Read(const std::string& name)
+    {
+        std::ifstream in(dir + "/" + name);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
+    std::string dir;
+};
+
+} // namespace
+
+TEST(HostPath, MapsDrivesAndBackslashes)
+{
+    vx::SetDriveRoot('q', "/srv/projects/");
+    EXPECT_EQ(vx::HostPath("Q:\\Plan\\plan.0012"), "/srv/projects/Plan/plan.0012");
+    EXPECT_EQ(vx::HostPath("q:rel"), "/srv/projects/rel");
+    vx::SetDriveRoot('Q', "");
+    EXPECT_EQ(vx::HostPath("Q:\\Plan"), "/Plan");
+    EXPECT_EQ(vx::HostPath("/tmp/x.ini"), "/tmp/x.ini");
+    EXPECT_EQ(vx::HostPath("dir\\file"), "dir/file");
+    EXPECT_EQ(vx::HostPath("\\\\"), "//");
+    EXPECT_EQ(vx::HostPath(":"), ":");
+    EXPECT_EQ(vx::HostPath("/tmp/Pl\xE4ne"), "/tmp/Pl\xC3\xA4ne") << "code page bytes become UTF-8";
+}
+
+TEST(HostPath, DriveFromEnvironment)
+{
+    setenv("VXBASE_DRIVE_K", "/mnt/k", 1);
+    EXPECT_EQ(vx::HostPath("K:\\a"), "/mnt/k/a");
+    unsetenv("VXBASE_DRIVE_K");
+    EXPECT_EQ(vx::HostPath("K:\\a"), "/a");
+}
+
+TEST_F(TempDir, CopyFileHonoursFailIfExists)
+{
+    vx::SetDriveRoot('P', dir);
+    Write("old.ini", "[A]\r\nx=1\r\n");
+    Write("new.ini", "keep");
+    EXPECT_FALSE(CopyFileA("P:\\old.ini", "P:\\new.ini", TRUE));
+    EXPECT_EQ(Read("new.ini"), "keep");
+    EXPECT_TRUE(CopyFileA("P:\\old.ini", "P:\\new.ini", FALSE));
+    EXPECT_EQ(Read("new.ini"), "[A]\r\nx=1\r\n");
+    EXPECT_TRUE(CopyFileA("P:\\old.ini", "P:\\third.ini", TRUE));
+    EXPECT_EQ(Read("third.ini"), "[A]\r\nx=1\r\n");
+    EXPECT_FALSE(CopyFileA("P:\\missing.ini", "P:\\x.ini", FALSE));
+    EXPECT_FALSE(fs::exists(dir + "/x.ini"));
+    for (const auto& e : fs::directory_iterator(dir))
+        EXPECT_EQ(e.path().filename().string().find(".vxcopy"), std::string::npos) << "no temporary left";
+}
+
+TEST_F(TempDir, DeleteMoveAndAttributes)
+{
+    Write("a.txt", "a");
+    fs::create_directory(dir + "/sub");
+    EXPECT_EQ(GetFileAttributesA((dir + "/sub").c_str()) & FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_DIRECTORY);
+    EXPECT_EQ(GetFileAttributesA((dir + "/none").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_FALSE(DeleteFileA((dir + "/sub").c_str())) << "a directory is not a file";
+    EXPECT_TRUE(MoveFileA((dir + "/a.txt").c_str(), (dir + "/b.txt").c_str()));
+    Write("c.txt", "c");
+    EXPECT_FALSE(MoveFileA((dir + "/c.txt").c_str(), (dir + "/b.txt").c_str()));
+    EXPECT_TRUE(DeleteFileA((dir + "/b.txt").c_str()));
+    EXPECT_FALSE(DeleteFileA((dir + "/b.txt").c_str()));
+    EXPECT_TRUE(CreateDirectoryA((dir + "\\made").c_str(), nullptr));
+    EXPECT_FALSE(CreateDirectoryA((dir + "\\made").c_str(), nullptr));
+    EXPECT_TRUE(RemoveDirectoryA((dir + "/made").c_str()));
+}

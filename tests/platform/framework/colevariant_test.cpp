@@ -1,0 +1,84 @@
+// COleDateTime (OLE dates) and COleVariant (empty, null, values).
+#include "platform/framework/coledatetime.h"
+#include "platform/framework/colevariant.h"
+
+#include <gtest/gtest.h>
+
+TEST(COleDateTime, CountsDaysFromTheEndOf1899)
+{
+    EXPECT_EQ(COleDateTime(1899, 12, 30, 0, 0, 0).m_dt, 0.0);
+    EXPECT_EQ(COleDateTime(1900, 1, 1, 0, 0, 0).m_dt, 2.0);
+    EXPECT_EQ(COleDateTime(2024, 3, 1, 18, 0, 0).m_dt, 45352.75);
+    const COleDateTime t(45352.75);
+    EXPECT_EQ(t.GetYear(), 2024);
+    EXPECT_EQ(t.GetMonth(), 3);
+    EXPECT_EQ(t.GetDay(), 1);
+    EXPECT_EQ(t.GetHour(), 18);
+    EXPECT_EQ(t.GetDayOfWeek(), 6); // a Friday
+    EXPECT_EQ(t.Format("%Y-%m-%d %H:%M"), "2024-03-01 18:00");
+}
+
+TEST(COleDateTime, BeforeTheEpochTheTimeStillRunsForwards)
+{
+    const COleDateTime t(-1.25);
+    EXPECT_EQ(t.GetDay(), 29);
+    EXPECT_EQ(t.GetMonth(), 12);
+    EXPECT_EQ(t.GetYear(), 1899);
+    EXPECT_EQ(t.GetHour(), 6);
+    EXPECT_EQ(COleDateTime(1899, 12, 29, 6, 0, 0).m_dt, -1.25);
+}
+
+TEST(COleDateTime, RoundsToTheSecondAndRejectsImpossibleDates)
+{
+    const COleDateTime almostMidnight(45352.0 + 86399.9 / 86400.0);
+    EXPECT_EQ(almostMidnight.GetDay(), 2); // rounds up into the next day
+    EXPECT_EQ(almostMidnight.GetHour(), 0);
+    COleDateTime bad(2023, 2, 29, 0, 0, 0);
+    EXPECT_EQ(bad.GetStatus(), COleDateTime::invalid);
+    EXPECT_EQ(bad.GetYear(), -1);
+    EXPECT_EQ(bad.Format("%Y"), "");
+    EXPECT_EQ(COleDateTime(2024, 2, 29, 0, 0, 0).GetStatus(), COleDateTime::valid);
+    EXPECT_EQ(COleDateTime(3e6).GetStatus(), COleDateTime::invalid);
+}
+
+TEST(COleVariant, TellsEmptyFromNullFromAValue)
+{
+    COleVariant v;
+    EXPECT_EQ(v.vt, VT_EMPTY);
+    v.SetNull();
+    EXPECT_EQ(v.vt, VT_NULL);
+    EXPECT_NE(v, COleVariant());
+    v = COleVariant("");
+    EXPECT_EQ(v.vt, VT_BSTR);
+    EXPECT_STREQ(v.bstrVal, "");
+    v.Clear();
+    EXPECT_EQ(v, COleVariant());
+}
+
+TEST(COleVariant, NarrowValuesReadZeroExtendedThroughWiderMembers)
+{
+    COleVariant byte(static_cast<BYTE>(200));
+    EXPECT_EQ(byte.vt, VT_UI1);
+    EXPECT_EQ(byte.lVal, 200);
+    COleVariant flag(static_cast<short>(5), VT_BOOL);
+    EXPECT_EQ(flag.boolVal, VARIANT_TRUE);
+    EXPECT_EQ(COleVariant(7L).vt, VT_I4);
+    CY cy;
+    cy.Lo = 0xFFFFFFFF;
+    cy.Hi = 0;
+    EXPECT_EQ(COleVariant(cy).cyVal.int64, 0xFFFFFFFFLL);
+}
+
+TEST(COleVariant, CopiesOwnTheirText)
+{
+    COleVariant a("first");
+    COleVariant b = a;
+    a.SetString("second", 6);
+    EXPECT_STREQ(b.bstrVal, "first");
+    COleVariant c = std::move(a);
+    EXPECT_STREQ(c.bstrVal, "second");
+    EXPECT_EQ(c.TextLength(), 6u);
+    b = c;
+    EXPECT_STREQ(b.bstrVal, "second");
+    EXPECT_EQ(b, c);
+}
