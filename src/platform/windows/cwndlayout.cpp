@@ -130,7 +130,7 @@ CWnd* CWnd::GetActiveWindow()
 
 CWnd* CWnd::SetActiveWindow()
 {
-    CWnd* top = GetTopLevelParent();
+    CWnd* top = vx::TopLevelOf(this);
     CWnd* old = vx::g_active;
     if (old == top || !top->m_hWnd)
         return old;
@@ -224,7 +224,8 @@ void CWnd::GetWindowRect(RECT* rect) const
         return;
     }
     CRect r = m_backend->Geometry();
-    if (m_parent && m_parent->m_backend) {
+    // A child lies in its parent's client area; an owned window on the screen.
+    if (m_parent && (m_style & WS_CHILD) && m_parent->m_backend) {
         CPoint origin = m_parent->m_backend->ClientToScreen(CPoint(0, 0));
         r.OffsetRect(origin);
     }

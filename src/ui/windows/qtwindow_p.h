@@ -23,6 +23,7 @@ class WindowWidget final : public QWidget {
 public:
     WindowWidget(QtWindowBackend* backend, QWidget* parent, Qt::WindowFlags flags);
     void Detach() { m_backend = nullptr; }
+    QtWindowBackend* Backend() const { return m_backend; }
 
 protected:
     bool event(QEvent* e) override;
@@ -80,6 +81,7 @@ public:
     bool SettingGeometry() const { return m_settingGeometry; }
 
 private:
+    void ApplySizeLimits();
     CWnd& m_owner;
     CWnd* m_parent;
     QPointer<WindowWidget> m_widget;
