@@ -1,5 +1,6 @@
 #include "platform/windows/atoms.h"
 
+#include "platform/framework/util_p.h"
 #include "platform/windows/lasterror.h"
 
 #include <algorithm>
@@ -15,12 +16,7 @@ constexpr std::size_t kMaxText = 255;
 
 std::string Folded(const std::string& text)
 {
-    std::string key = text;
-    for (char& c : key) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
-    return key;
+    return vx::AsciiLowerCopy(text);
 }
 
 // A text that names an integer atom ("#123"): its number, 0 if it names

@@ -1,5 +1,6 @@
 #include "platform/windows/windowprops.h"
 
+#include "platform/framework/util_p.h"
 #include "platform/windows/atoms.h"
 #include "platform/windows/lasterror.h"
 #include "platform/windows/windowtable_p.h"
@@ -23,11 +24,7 @@ std::string Key(LPCSTR name)
     } else {
         text = name;
     }
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
-    return text;
+    return vx::AsciiLowerCopy(text);
 }
 
 bool CheckWindow(HWND hwnd)
