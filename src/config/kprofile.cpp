@@ -9,6 +9,7 @@
 #include "platform/files/filefind.h"
 #include "platform/files/hostpath.h"
 #include "platform/framework/mbstring.h"
+#include "platform/framework/util_p.h"
 #include "platform/files/privateprofile.h"
 
 #include <algorithm>

@@ -10,6 +10,7 @@
 #include "platform/files/fileapi.h"
 #include "platform/files/hostpath.h"
 #include "platform/framework/mbstring.h"
+#include "platform/framework/util_p.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -40,11 +41,7 @@ const char* const kTempField = "X@X@VX";
 // The directory of a path text, as a host path.
 std::string HostDirectory(const CString& file)
 {
-    const std::string host = vx::HostPath(file.View());
-    const auto slash = host.find_last_of('/');
-    if (slash == std::string::npos)
-        return ".";
-    return slash == 0 ? "/" : host.substr(0, slash);
+    return vx::DirectoryOf(vx::HostPath(file.View()));
 }
 
 // What a search for "*.*" finds in a directory that exists: at least "."

@@ -6,6 +6,7 @@
 #include "platform/files/runtimedir.h"
 #include "platform/ipc/procinfo_p.h"
 #include "platform/ipc/windowbus_p.h"
+#include "platform/framework/util_p.h"
 #include "platform/windows/windows.h"
 
 #include <dirent.h>
@@ -23,8 +24,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -64,12 +63,6 @@ bool CarriesNumbersOnly(UINT message)
 {
     return message >= WM_USER || message == WM_NULL || message == WM_CLOSE || message == WM_SHOWWINDOW ||
            message == WM_ACTIVATE || message == WM_ENABLE;
-}
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 std::string SocketPath(const std::string& dir, pid_t pid)
@@ -224,7 +217,8 @@ std::string Bus::Directory()
 bool Bus::ReadPeer(pid_t pid, detail::Registry& out)
 {
     const std::string dir = Directory();
-    if (dir.empty() || !detail::ParseRegistry(ReadFile(RegistryPath(dir, pid)), out))
+    std::string text;
+    if (dir.empty() || !ReadWholeFile(RegistryPath(dir, pid), text) || !detail::ParseRegistry(text, out))
         return false;
     // A file left by an ended process, or by an earlier process of the
     // same id, names no live window.

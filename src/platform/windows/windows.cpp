@@ -2,6 +2,7 @@
 
 #include "platform/windows/messagepump.h"
 #include "platform/windows/messagequeue_p.h"
+#include "platform/framework/util_p.h"
 
 #include <pthread.h>
 #include <unistd.h>
@@ -387,11 +388,7 @@ UINT RegisterWindowMessageA(const char* name)
 {
     if (!name || !*name)
         return 0;
-    std::string key(name);
-    for (char& c : key) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
+    const std::string key = AsciiLowerCopy(name);
     // The number comes from a hash of the name, so that two processes
     // agree on it without asking each other.
     std::uint32_t h = 2166136261u;

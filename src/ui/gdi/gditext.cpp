@@ -2,6 +2,7 @@
 #include "ui/gdi/marlett_p.h"
 
 #include "platform/framework/codepage.h"
+#include "platform/framework/util_p.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <QGuiApplication>
@@ -15,7 +16,7 @@ namespace {
 
 bool FaceIs(const char* face, const char* name)
 {
-    return strncasecmp(face, name, std::strlen(name)) == 0;
+    return vx::AsciiCompareNoCase(face, name, std::strlen(name)) == 0;
 }
 
 void FillMetrics(Font& f)
