@@ -9,7 +9,6 @@
 #include <cctype>
 #include <cstring>
 #include <map>
-#include <strings.h>
 
 namespace vx {
 
@@ -86,10 +85,10 @@ struct DaoRecordsetPrivate {
             // Fields are mostly read in their order: try the one after the
             // last found first.
             const std::size_t next = (lastFound + 1) % columns.size();
-            if (strcasecmp(columns[next].name.c_str(), name) == 0)
+            if (AsciiCompareNoCase(columns[next].name.c_str(), name) == 0)
                 return static_cast<int>(lastFound = next);
             for (std::size_t i = 0; i < columns.size(); ++i)
-                if (strcasecmp(columns[i].name.c_str(), name) == 0)
+                if (AsciiCompareNoCase(columns[i].name.c_str(), name) == 0)
                     return static_cast<int>(lastFound = i);
         }
         ThrowDao(kDaoItemNotFound, "Item not found in this collection.");
@@ -251,7 +250,7 @@ bool IsNameChar(unsigned char c)
 bool Keyword(const std::string& sql, std::size_t& i, const char* word)
 {
     const std::size_t n = std::strlen(word);
-    if (sql.size() - i < n || strncasecmp(sql.c_str() + i, word, n) != 0)
+    if (sql.size() - i < n || AsciiCompareNoCase(sql.c_str() + i, word, n) != 0)
         return false;
     if (i + n < sql.size() && IsNameChar(static_cast<unsigned char>(sql[i + n])))
         return false;

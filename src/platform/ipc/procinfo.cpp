@@ -1,10 +1,11 @@
 #include "platform/ipc/procinfo_p.h"
 
+#include "platform/framework/util_p.h"
+
 #include <dirent.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 
@@ -13,8 +14,9 @@ namespace {
 
 std::string ReadSmallFile(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::string text;
+    ReadWholeFile(path, text);
+    return text;
 }
 
 // The fields of /proc/<pid>/stat behind the name, which may itself hold

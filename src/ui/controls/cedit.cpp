@@ -130,7 +130,6 @@ struct CEdit::Private {
         if (!Multi() || !(Style() & WS_VSCROLL))
             return CRect();
         CRect r = Client();
-        r.DeflateRect(BorderWidth(w), BorderWidth(w));
         r.left = std::max(r.left, r.right - ScrollBarWidth());
         return r;
     }
@@ -138,7 +137,6 @@ struct CEdit::Private {
     CRect TextRect() const
     {
         CRect r = Client();
-        r.DeflateRect(BorderWidth(w), BorderWidth(w));
         const CRect barRect = BarRect();
         if (!barRect.IsRectEmpty())
             r.right = barRect.left;
@@ -704,7 +702,6 @@ struct CEdit::Private {
         CRect client = Client();
         ::FillRect(dc, &client, brush);
         CRect inner(client);
-        DrawBorder(w, dc, inner);
         const CRect barRect = BarRect();
         if (!barRect.IsRectEmpty()) {
             bar.vertical = true;

@@ -80,7 +80,6 @@ struct CListBox::Private {
     {
         CRect r;
         w.GetClientRect(&r);
-        r.DeflateRect(BorderWidth(w), BorderWidth(w));
         return r;
     }
 
@@ -285,7 +284,6 @@ struct CListBox::Private {
         w.GetClientRect(&client);
         ::FillRect(dc, &client, brush);
         CRect inner(client);
-        DrawBorder(w, dc, inner);
         top = std::clamp(top, 0, MaxTop());
         if (NeedsBar()) {
             bar.vertical = true;

@@ -31,30 +31,6 @@ void Notify(CWnd& control, UINT code)
                             reinterpret_cast<LPARAM>(control.m_hWnd));
 }
 
-int BorderWidth(const CWnd& control)
-{
-    if (control.GetExStyle() & WS_EX_CLIENTEDGE)
-        return 2;
-    if ((control.GetExStyle() & WS_EX_STATICEDGE) || (control.GetStyle() & WS_BORDER))
-        return 1;
-    return 0;
-}
-
-void DrawBorder(CWnd& control, CDC& dc, CRect& rect)
-{
-    // Until windows have a frame of their own, a control draws its border
-    // inside its rectangle.
-    if (control.GetExStyle() & WS_EX_CLIENTEDGE) {
-        dc.DrawEdge(&rect, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
-    } else if (control.GetExStyle() & WS_EX_STATICEDGE) {
-        dc.DrawEdge(&rect, BDR_SUNKENOUTER, BF_RECT | BF_ADJUST);
-    } else if (control.GetStyle() & WS_BORDER) {
-        CBrush frame(GetSysColor(COLOR_WINDOWFRAME));
-        dc.FrameRect(&rect, &frame);
-        rect.DeflateRect(1, 1);
-    }
-}
-
 int LineHeight(CWnd& control)
 {
     CClientDC dc(&control);

@@ -24,11 +24,6 @@ HFONT FontOf(CWnd& control);
 HBRUSH ParentColors(CWnd& control, HDC dc, UINT ctlColorMessage, int text, int back);
 // WM_COMMAND with `code` in the high word to the parent.
 void Notify(CWnd& control, UINT code);
-// Draws the border the control's styles ask for (WS_EX_CLIENTEDGE sunken,
-// WS_EX_STATICEDGE, WS_BORDER) inside `rect`, and shrinks `rect` by it.
-void DrawBorder(CWnd& control, CDC& dc, CRect& rect);
-// The width of that border on each side.
-int BorderWidth(const CWnd& control);
 // The height of one line of text in the control's font.
 int LineHeight(CWnd& control);
 // A point of a mouse message's lParam.

@@ -108,10 +108,10 @@ TEST_F(LinkTest, PublishedWindowIsSeenWithItsProcess)
     // A title that changes is seen changed; a window withdrawn is gone.
     vxhost::PartnerFrame& frame = OpenFrame(MainframeAT);
     frame.SetWindowText("VEXAL 5.5 Plan\tA");
-    const std::string registry = linktest::ReadText(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win");
+    const std::string registry = vxtest::ReadBytes(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win");
     EXPECT_NE(registry.find("\tVEXAL 5.5 Plan\\tA\n"), std::string::npos) << registry;
     vx::UnpublishWindow(frame.GetSafeHwnd());
-    EXPECT_EQ(linktest::ReadText(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win").find("Plan"),
+    EXPECT_EQ(vxtest::ReadBytes(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win").find("Plan"),
               std::string::npos);
 }
 
@@ -201,7 +201,7 @@ TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)
     std::vector<std::string> lines;
     auto old = vx::SetWindowBusLog([&](const std::string& line) { lines.push_back(line); });
     {
-        linktest::ScopedEnvironment env("XDG_RUNTIME_DIR", runtime.Path().c_str());
+        vxtest::ScopedEnv env("XDG_RUNTIME_DIR", runtime.Path().c_str());
         EXPECT_EQ(vx::WindowBusDirectory(), dir);
         ASSERT_EQ(mkdir(dir.c_str(), 0755), 0);
         ASSERT_TRUE(vx::StartWindowBus());
@@ -217,8 +217,8 @@ TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)
         }
     }
     {
-        linktest::ScopedEnvironment env("XDG_RUNTIME_DIR", nullptr);
-        EXPECT_EQ(vx::WindowBusDirectory(), "/tmp/vxbase-" + std::to_string(geteuid()));
+        vxtest::ScopedEnv env("XDG_RUNTIME_DIR", nullptr);
+        EXPECT_EQ(vx::WindowBusDirectory(), "/tmp/runtime-" + std::to_string(geteuid()) + "/vxbase");
     }
     vx::SetWindowBusLog(old);
 }
