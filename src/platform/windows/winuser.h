@@ -214,20 +214,6 @@ constexpr UINT GW_HWNDPREV = 3;
 constexpr UINT GW_OWNER = 4;
 constexpr UINT GW_CHILD = 5;
 
-// lParam of WM_WINDOWPOSCHANGING (may be changed) and WM_WINDOWPOSCHANGED.
-// The position is in the parent's client coordinates (screen coordinates
-// for a top-level window).
-struct WINDOWPOS {
-    HWND hwnd;
-    HWND hwndInsertAfter;
-    int x;
-    int y;
-    int cx;
-    int cy;
-    UINT flags;
-};
-using LPWINDOWPOS = WINDOWPOS*;
-
 // RedrawWindow flags.
 constexpr UINT RDW_INVALIDATE = 0x0001;
 constexpr UINT RDW_INTERNALPAINT = 0x0002;

@@ -29,11 +29,11 @@ struct Item {
     int indent = 0;
 };
 
-// A scroll bar of the list, painted and tracked in its own strip of the
+// A scroll bar of the list, in the non-client area right of and below the
 // client area.
 struct Bar {
     bool shown = false;
-    CRect rect;
+    CRect rect; // window coordinates
     int max = 0;  // the last position (items or pixels)
     int page = 0; // how much shows at once
     int pos = 0;
@@ -66,6 +66,7 @@ struct CListCtrl::Private {
     vx::listviews::Bar vbar;
     vx::listviews::Bar hbar;
     bool layingOut = false;
+    bool barsDirty = false; // bar values changed while drawing was off
 
     int focus = -1;
     int mark = -1;
@@ -88,8 +89,11 @@ struct CListCtrl::Private {
 
     // --- geometry --------------------------------------------------------------
     CRect Client() const;
-    // Where rows show: below the header, left of and above the scroll bars.
+    // Where rows show: the client area below the header.
     CRect DataRect() const;
+    // Window coordinates of a point in client coordinates, and of one on the screen.
+    CPoint ClientToWindow(CPoint client) const;
+    CPoint ScreenToWindow(CPoint screen) const;
     int RowTop(int item) const;
     CRect RowBounds(int item) const;
     // A column's cell in a row, whole (images included).
@@ -133,7 +137,9 @@ struct CListCtrl::Private {
     void Paint();
     void PaintItem(HDC dc, int item, LRESULT listAnswer, bool hasFocus);
     void PaintCell(HDC dc, int item, int column, const CRect& cell, COLORREF text, COLORREF back, bool selected);
+    // The scroll bars, on a device of the whole window.
     void PaintBars(HDC dc);
+    void InvalidateBars();
 
     // --- input ----------------------------------------------------------------------
     void ButtonDown(UINT flags, CPoint point, bool doubleClick);
@@ -142,7 +148,9 @@ struct CListCtrl::Private {
     void KeyDown(UINT key);
     void VScroll(UINT code, int pos);
     void HScroll(UINT code, int pos);
-    bool BarDown(CPoint point);
-    void BarMove(CPoint point);
+    // A press in the non-client area (window coordinates); false if no bar is there.
+    bool BarDown(CPoint window);
+    void BarMove(CPoint window);
+    LRESULT BarHitTest(CPoint screen) const;
     LRESULT HeaderNotify(NMHDR* header);
 };

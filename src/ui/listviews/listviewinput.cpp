@@ -130,6 +130,16 @@ void CListCtrl::Private::PaintBars(HDC dc)
     }
 }
 
+LRESULT CListCtrl::Private::BarHitTest(CPoint screen) const
+{
+    const CPoint at = ScreenToWindow(screen);
+    if (vbar.shown && vbar.rect.PtInRect(at))
+        return HTVSCROLL;
+    if (hbar.shown && hbar.rect.PtInRect(at))
+        return HTHSCROLL;
+    return HTNOWHERE;
+}
+
 bool CListCtrl::Private::BarDown(CPoint point)
 {
     const bool onV = vbar.shown && vbar.rect.PtInRect(point);
@@ -216,9 +226,7 @@ void CListCtrl::Private::ButtonDown(UINT flags, CPoint point, bool doubleClick)
     const HWND self = q.m_hWnd;
     if (CWnd::GetFocus() != &q)
         q.SetFocus();
-    if (!IsWindow(self) || BarDown(point))
-        return;
-    if (!DataRect().PtInRect(point))
+    if (!IsWindow(self) || !DataRect().PtInRect(point))
         return;
     LVHITTESTINFO hit{};
     hit.pt = point;
@@ -275,7 +283,7 @@ void CListCtrl::Private::ButtonDown(UINT flags, CPoint point, bool doubleClick)
 void CListCtrl::Private::MouseMove(UINT flags, CPoint point)
 {
     if (barPressed) {
-        BarMove(point);
+        BarMove(ClientToWindow(point)); // the capture brings client coordinates
         return;
     }
     if (!pressed || dragging || !(flags & MK_LBUTTON))

@@ -21,11 +21,19 @@ CRect CListCtrl::Private::DataRect() const
 {
     CRect r = Client();
     r.top = std::min(r.bottom, r.top + headerHeight);
-    if (vbar.shown)
-        r.right = std::max(r.left, r.right - GetSystemMetrics(SM_CXVSCROLL));
-    if (hbar.shown)
-        r.bottom = std::max(r.top, r.bottom - GetSystemMetrics(SM_CYHSCROLL));
     return r;
+}
+
+CPoint CListCtrl::Private::ClientToWindow(CPoint client) const
+{
+    return client + vx::ClientAreaOf(q).TopLeft();
+}
+
+CPoint CListCtrl::Private::ScreenToWindow(CPoint screen) const
+{
+    CRect outer;
+    q.GetWindowRect(&outer);
+    return CPoint(screen.x - outer.left, screen.y - outer.top);
 }
 
 int CListCtrl::Private::RowTop(int item) const
@@ -141,26 +149,42 @@ void CListCtrl::Private::UpdateBars()
     const Bar oldV = vbar;
     const Bar oldH = hbar;
     const bool scrolls = !(q.GetStyle() & LVS_NOSCROLL);
-    const CRect client = Client();
-    // Each bar takes room from the other's direction: settle in two rounds.
-    vbar.shown = hbar.shown = false;
+    const int sbw = GetSystemMetrics(SM_CXVSCROLL);
+    const int sbh = GetSystemMetrics(SM_CYHSCROLL);
+    // The room there would be without bars; each bar takes room from the
+    // other's direction, so they settle in two rounds.
+    CRect room = Client();
+    if (vbar.shown)
+        room.right += sbw;
+    if (hbar.shown)
+        room.bottom += sbh;
+    bool wantV = false;
+    bool wantH = false;
     for (int round = 0; round < 2 && scrolls; ++round) {
-        const CRect data = DataRect();
-        const int rows = rowHeight > 0 ? data.Height() / rowHeight : 0;
-        vbar.shown = static_cast<int>(items.size()) > std::max(0, rows);
-        hbar.shown = totalWidth > DataRect().Width();
+        const int width = room.Width() - (wantV ? sbw : 0);
+        const int height = room.Height() - (wantH ? sbh : 0) - headerHeight;
+        const int rows = rowHeight > 0 ? std::max(0, height) / rowHeight : 0;
+        wantV = static_cast<int>(items.size()) > rows;
+        wantH = totalWidth > width;
+    }
+    if (wantV != vbar.shown || wantH != hbar.shown) {
+        vbar.shown = wantV;
+        hbar.shown = wantH;
+        // The client area changes: WM_NCCALCSIZE takes the bars off it.
+        const bool was = layingOut;
+        layingOut = true;
+        q.SetWindowPos(nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+        layingOut = was;
+        PlaceHeader();
     }
     const CRect data = DataRect();
+    const CRect client = vx::ClientAreaOf(q);
     vbar.page = std::max(0, PageRows());
     vbar.max = std::max(0, static_cast<int>(items.size()) - 1);
     hbar.page = std::max(0, data.Width());
     hbar.max = std::max(0, totalWidth - 1);
-    const int sbw = GetSystemMetrics(SM_CXVSCROLL);
-    const int sbh = GetSystemMetrics(SM_CYHSCROLL);
-    vbar.rect = vbar.shown ? CRect(client.right - sbw, client.top, client.right, client.bottom - (hbar.shown ? sbh : 0))
-                           : CRect();
-    hbar.rect = hbar.shown ? CRect(client.left, client.bottom - sbh, client.right - (vbar.shown ? sbw : 0), client.bottom)
-                           : CRect();
+    vbar.rect = vbar.shown ? CRect(client.right, client.top, client.right + sbw, client.bottom) : CRect();
+    hbar.rect = hbar.shown ? CRect(client.left, client.bottom, client.right, client.bottom + sbh) : CRect();
     // Keep the view inside what there is to see.
     const int lastTop = LastTop();
     if (top > lastTop)
@@ -170,20 +194,25 @@ void CListCtrl::Private::UpdateBars()
         scrollX = lastX;
     vbar.pos = top;
     hbar.pos = scrollX;
-    const bool layoutChanged = oldV.shown != vbar.shown || oldH.shown != hbar.shown;
-    if (layoutChanged || oldV.pos != vbar.pos || oldH.pos != hbar.pos) {
-        // The rows move or lose room: everything shows anew.
+    if (oldV.pos != vbar.pos || oldH.pos != hbar.pos) {
+        // The rows moved: everything shows anew.
         InvalidateAll();
         PlaceHeader();
+    }
+    if (oldV.shown != vbar.shown || oldH.shown != hbar.shown || oldV.max != vbar.max || oldV.page != vbar.page ||
+        oldV.pos != vbar.pos || oldH.max != hbar.max || oldH.page != hbar.page || oldH.pos != hbar.pos ||
+        oldV.rect != vbar.rect || oldH.rect != hbar.rect)
+        InvalidateBars();
+}
+
+void CListCtrl::Private::InvalidateBars()
+{
+    if (!redraw) {
+        barsDirty = true;
         return;
     }
-    if (oldV.max != vbar.max || oldV.page != vbar.page || oldV.rect != vbar.rect)
-        Invalidate(vbar.rect | oldV.rect);
-    if (oldH.max != hbar.max || oldH.page != hbar.page || oldH.rect != hbar.rect)
-        Invalidate(hbar.rect | oldH.rect);
-    // The corner between the two bars.
-    if (vbar.shown && hbar.shown)
-        Invalidate(CRect(vbar.rect.left, hbar.rect.top, vbar.rect.right, hbar.rect.bottom));
+    if (q.Backend() && (vbar.shown || hbar.shown))
+        q.Backend()->InvalidateFrame();
 }
 
 void CListCtrl::Private::Relayout()
@@ -205,12 +234,10 @@ void CListCtrl::Private::SetTop(int row)
     const int moved = row - top;
     top = row;
     vbar.pos = top;
-    const CRect data = DataRect();
-    // The rows that stay in view would show again as they are; still, they
-    // move, so the whole data area repaints.
+    // The rows move: the whole data area repaints.
     (void)moved;
-    Invalidate(data);
-    Invalidate(vbar.rect);
+    Invalidate(DataRect());
+    InvalidateBars();
 }
 
 void CListCtrl::Private::SetScrollX(int x)
@@ -222,7 +249,7 @@ void CListCtrl::Private::SetScrollX(int x)
     scrollX = x;
     hbar.pos = x;
     Invalidate(data);
-    Invalidate(hbar.rect);
+    InvalidateBars();
     PlaceHeader();
 }
 

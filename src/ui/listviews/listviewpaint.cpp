@@ -236,6 +236,5 @@ void CListCtrl::Private::Paint()
         if (!IsWindow(self))
             return;
     }
-    PaintBars(dc);
     SelectObject(dc, oldFont);
 }

@@ -162,6 +162,10 @@ LRESULT CListCtrl::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
             for (const CRect& r : held)
                 InvalidateRect(&r, FALSE);
             p.UpdateBars();
+            if (p.barsDirty) {
+                p.barsDirty = false;
+                p.InvalidateBars();
+            }
         }
         return 0;
     case WM_SYSCOLORCHANGE:
@@ -855,6 +859,36 @@ LRESULT CListCtrl::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         return TRUE;
     case LVM_GETEDITCONTROL:
         return 0; // labels are not edited in place by the control itself
+
+    // --- the scroll bars in the non-client area -------------------------------------------
+    case WM_NCCALCSIZE: {
+        CWnd::DefWindowProc(message, wParam, lParam);
+        auto* r = reinterpret_cast<RECT*>(lParam); // rgrc[0] in either form
+        if (r && p.vbar.shown)
+            r->right = std::max(r->left, r->right - GetSystemMetrics(SM_CXVSCROLL));
+        if (r && p.hbar.shown)
+            r->bottom = std::max(r->top, r->bottom - GetSystemMetrics(SM_CYHSCROLL));
+        return 0;
+    }
+    case WM_NCHITTEST: {
+        const LRESULT bar = p.BarHitTest(CPoint(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)));
+        return bar != HTNOWHERE ? bar : CWnd::DefWindowProc(message, wParam, lParam);
+    }
+    case WM_NCPAINT: {
+        CWnd::DefWindowProc(message, wParam, lParam);
+        if (HDC dc = GetWindowDC(m_hWnd)) {
+            p.PaintBars(dc);
+            ReleaseDC(m_hWnd, dc);
+        }
+        return 0;
+    }
+    case WM_NCLBUTTONDOWN:
+    case WM_NCLBUTTONDBLCLK:
+        if (wParam == HTVSCROLL || wParam == HTHSCROLL) {
+            p.BarDown(p.ScreenToWindow(CPoint(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam))));
+            return 0;
+        }
+        return CWnd::DefWindowProc(message, wParam, lParam);
 
     // --- painting and input ---------------------------------------------------------------
     case WM_PAINT:
