@@ -8,8 +8,8 @@
 #include "ui/controls/cstatic.h"
 
 #include "platform/framework/mbstring.h"
+#include "platform/framework/util_p.h"
 
-#include <cctype>
 #include <vector>
 
 namespace {
@@ -44,7 +44,7 @@ int MnemonicOf(const CString& text)
             ++i;
             continue;
         }
-        return std::toupper(static_cast<unsigned char>(text[i + 1]));
+        return static_cast<unsigned char>(vx::AsciiUpper(text[i + 1]));
     }
     return 0;
 }
@@ -114,7 +114,7 @@ DWORD CDialog::GetDefID() const
 
 bool CDialog::Mnemonic(unsigned char key, CWnd* from)
 {
-    const int wanted = std::toupper(key);
+    const int wanted = static_cast<unsigned char>(vx::AsciiUpper(static_cast<char>(key)));
     if (!wanted)
         return false;
     std::vector<CWnd*> controls;
