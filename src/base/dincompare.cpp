@@ -1,6 +1,7 @@
 #include "base/dincompare.h"
 
 #include "base/libraryframe.h"
+#include "platform/framework/util_p.h"
 
 #include <array>
 #include <climits>
@@ -31,7 +32,7 @@ int Signed(char c)
 constexpr auto kFold = [] {
     std::array<char, 256> table{};
     for (int c = 0; c < 256; ++c)
-        table[static_cast<std::size_t>(c)] = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        table[static_cast<std::size_t>(c)] = vx::AsciiLower(static_cast<char>(c));
     return table;
 }();
 
@@ -522,7 +523,7 @@ int IsAllNotNumber(CString* s, int start)
 
 int IsLetter(char c)
 {
-    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'))
+    if (vx::AsciiIsLetter(c))
         return 1;
     if (c == 0)
         return 0;

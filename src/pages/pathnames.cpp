@@ -3,6 +3,7 @@
 #include "base/vxglobals.h"
 #include "platform/windows/cframewnd.h"
 #include "platform/framework/mbstring.h"
+#include "platform/framework/util_p.h"
 #include "platform/shell/shellapi.h"
 #include "platform/windows/windows.h"
 
@@ -13,11 +14,6 @@ namespace {
 const char* OrEmpty(const char* s)
 {
     return s ? s : "";
-}
-
-bool IsAsciiLetter(char c)
-{
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 constexpr const char* kUnsafe = "<>:/\\|";
@@ -39,7 +35,7 @@ CString GetDateiname(const char* path)
 
 int IsPathname(const char* s)
 {
-    return (s && std::strlen(s) >= 3 && IsAsciiLetter(s[0]) && s[1] == ':' && s[2] == '\\') ? 1 : 0;
+    return (s && std::strlen(s) >= 3 && vx::AsciiIsLetter(s[0]) && s[1] == ':' && s[2] == '\\') ? 1 : 0;
 }
 
 int IsNetname(const char* s)

@@ -1,5 +1,7 @@
 #include "pages/vxpagenum.h"
 
+#include "platform/framework/util_p.h"
+
 #include <cstdio>
 #include <cstring>
 
@@ -210,7 +212,7 @@ int VXPAGENUM::GetSub(short high, short low)
 
 int VXPAGENUM::IsSub(char c)
 {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return vx::AsciiIsLetter(c);
 }
 
 int VXPAGENUM::CheckPageNumber(const char* text)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "partnerhost.h"
+#include "support/testenv.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
@@ -61,40 +62,6 @@ inline const Dirs& Environment()
 // Every test program of the link sets its environment at its start.
 inline const bool kEnvironmentReady = (Environment(), true);
 
-inline std::string ReadText(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// Sets (or with null unsets) an environment variable for the scope.
-class ScopedEnvironment {
-public:
-    ScopedEnvironment(const char* name, const char* value) : m_name(name)
-    {
-        if (const char* old = std::getenv(name))
-            m_old = old, m_had = true;
-        if (value)
-            setenv(name, value, 1);
-        else
-            unsetenv(name);
-    }
-    ~ScopedEnvironment()
-    {
-        if (m_had)
-            setenv(m_name.c_str(), m_old.c_str(), 1);
-        else
-            unsetenv(m_name.c_str());
-    }
-    ScopedEnvironment(const ScopedEnvironment&) = delete;
-    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
-
-private:
-    std::string m_name;
-    std::string m_old;
-    bool m_had = false;
-};
-
 inline bool PumpUntil(const std::function<bool()>& done, int milliseconds = 5000)
 {
     return vx::PumpFor(milliseconds, done);
@@ -105,7 +72,7 @@ inline bool PumpUntil(const std::function<bool()>& done, int milliseconds = 5000
 inline bool LogShows(const char* text)
 {
     return PumpUntil(
-        [text] { return ReadText(Environment().settings + "/VxProcess.log").find(text) != std::string::npos; }, 3000);
+        [text] { return vxtest::ReadBytes(Environment().settings + "/VxProcess.log").find(text) != std::string::npos; }, 3000);
 }
 
 // A peer started by the test itself (not by the link): the test is its
@@ -223,7 +190,7 @@ protected:
         WritePrivateProfileStringA(section, key, value, g_vexalprofiledir);
     }
 
-    std::string Log() { return ReadText(Environment().settings + "/VxProcess.log"); }
+    std::string Log() { return vxtest::ReadBytes(Environment().settings + "/VxProcess.log"); }
 
     std::unique_ptr<vxhost::PartnerFrame> m_frame;
     std::vector<Peer> m_peers;

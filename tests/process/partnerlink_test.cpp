@@ -127,7 +127,7 @@ TEST_F(LinkTest, ProfileRelaysWorkBothWaysAndCarryZero)
     EXPECT_EQ(KProcessIO::GetProfileStringA("Demo", "Name", "", 0), "Plan 12");
     EXPECT_EQ(KProcessIO::GetProfileStringA("Demo", "Three", "", 0), "abc");
     EXPECT_EQ(KProcessIO::GetProfileStringA("Demo", "Missing", "dflt", 0), "dflt");
-    const std::string itFile = linktest::ReadText(vx::HostPath(g_profiledirIT));
+    const std::string itFile = vxtest::ReadBytes(vx::HostPath(g_profiledirIT));
     EXPECT_NE(itFile.find("Zero=0\r\n"), std::string::npos) << itFile;
     EXPECT_NE(itFile.find("Big=100000\r\n"), std::string::npos);
     // Through IT, not from its file: the requests are in the log.
@@ -145,7 +145,7 @@ TEST_F(LinkTest, ProfileRelaysWorkBothWaysAndCarryZero)
     ASSERT_TRUE(Ask(it, vxhost::kRelayBack, Strings({"Demo", "Nil", "0"}), back, 0, 0));
     EXPECT_EQ(back[1], "0");
     EXPECT_EQ(back[2], "0");
-    const std::string atFile = linktest::ReadText(vx::HostPath(g_profiledirAT));
+    const std::string atFile = vxtest::ReadBytes(vx::HostPath(g_profiledirAT));
     EXPECT_NE(atFile.find("Back=42\r\n"), std::string::npos) << atFile;
     EXPECT_NE(Log().find("2-"), std::string::npos);
 }
@@ -204,8 +204,8 @@ TEST_F(LinkTest, StartWaitsWhileAWindowNeverSaysReady)
     SetSuite("PROCESS", "ExecuteTimeout", "400");
     OpenFrame(MainframeAT);
     // The partner opens its window but never writes "X", and ends later.
-    linktest::ScopedEnvironment noReady("VXPEER_NO_READY", "1");
-    linktest::ScopedEnvironment lifetime("VXPEER_LIFETIME_MS", "2000");
+    vxtest::ScopedEnv noReady("VXPEER_NO_READY", "1");
+    vxtest::ScopedEnv lifetime("VXPEER_LIFETIME_MS", "2000");
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(KProcessIO::ActivatePartner(MainframeIT, 0), nullptr);
     const auto ms =

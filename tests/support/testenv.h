@@ -7,6 +7,8 @@
 //   EXPECT_TRUE(vxtest::RunUnprivileged([&] { ... EXPECT_... }));
 #pragma once
 
+#include "support/scopedenv.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -18,7 +20,6 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <optional>
 #include <string>
 
 namespace vxtest {
@@ -35,34 +36,6 @@ inline std::string ReadBytes(const std::string& path)
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
-
-// Sets (or with nullopt unsets) an environment variable until the end of
-// the scope.
-class ScopedEnv {
-public:
-    ScopedEnv(const char* name, std::optional<std::string> value) : m_name(name)
-    {
-        if (const char* old = std::getenv(name))
-            m_old = old;
-        if (value)
-            setenv(name, value->c_str(), 1);
-        else
-            unsetenv(name);
-    }
-    ~ScopedEnv()
-    {
-        if (m_old)
-            setenv(m_name.c_str(), m_old->c_str(), 1);
-        else
-            unsetenv(m_name.c_str());
-    }
-    ScopedEnv(const ScopedEnv&) = delete;
-    ScopedEnv& operator=(const ScopedEnv&) = delete;
-
-private:
-    std::string m_name;
-    std::optional<std::string> m_old;
-};
 
 // Runs `body` as the user "nobody" in a child process when the tests run as
 // root, else directly. Returns whether `body` passed its expectations.

@@ -17,14 +17,6 @@ namespace vx {
 
 namespace {
 
-std::string DirectoryOf(const std::string& host)
-{
-    const auto slash = host.find_last_of('/');
-    if (slash == std::string::npos)
-        return ".";
-    return slash == 0 ? "/" : host.substr(0, slash);
-}
-
 bool Exists(const std::string& host)
 {
     struct stat st {};
@@ -507,9 +499,7 @@ namespace {
 // The statement of a view from its CREATE VIEW text.
 std::string ViewBody(const std::string& create)
 {
-    std::string upper = create;
-    for (char& c : upper)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    const std::string upper = AsciiUpperCopy(create);
     for (std::size_t at = upper.find("AS"); at != std::string::npos; at = upper.find("AS", at + 2)) {
         const bool before = at > 0 && std::isspace(static_cast<unsigned char>(upper[at - 1]));
         const bool after = at + 2 < upper.size() && std::isspace(static_cast<unsigned char>(upper[at + 2]));
@@ -595,9 +585,8 @@ bool DaoDatabasePrivate::NameTaken(const std::string& object)
 
 const std::vector<DaoColumn>& DaoDatabasePrivate::Columns(const std::string& table)
 {
-    std::string key = table;
-    for (char& c : key)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    // Keyed as SQLite tells tables apart: "Ą" and "ą" are two tables.
+    const std::string key = AsciiLowerCopy(table);
     auto it = m_columns.find(key);
     if (it != m_columns.end())
         return it->second;
@@ -841,72 +830,4 @@ void CDaoDatabase::Execute(const char* sql, int)
 long CDaoDatabase::GetRecordsAffected() const
 {
     return d->recordsAffected;
-}
-
-// --- CDaoWorkspace -------------------------------------------------------------
-
-CDaoWorkspace::~CDaoWorkspace()
-{
-    // Databases that outlive their workspace go on in the default one.
-    for (CDaoDatabase* db : std::vector<CDaoDatabase*>(m_databases)) {
-        db->m_pWorkspace = GetDefault();
-        GetDefault()->Attach(db);
-    }
-}
-
-CDaoWorkspace* CDaoWorkspace::GetDefault()
-{
-    // Never destroyed: databases in static objects may outlive any other.
-    static CDaoWorkspace* workspace = new CDaoWorkspace;
-    return workspace;
-}
-
-void CDaoWorkspace::Attach(CDaoDatabase* database)
-{
-    m_databases.push_back(database);
-}
-
-void CDaoWorkspace::Detach(CDaoDatabase* database)
-{
-    std::erase(m_databases, database);
-}
-
-void CDaoWorkspace::BeginTrans()
-{
-    for (CDaoDatabase* db : m_databases) {
-        DaoDatabasePrivate* d = db->d_func();
-        if (d->IsOpen()) {
-            d->Exec("SAVEPOINT vx_trans");
-            ++d->transactionDepth;
-        }
-    }
-    ++m_depth;
-}
-
-void CDaoWorkspace::CommitTrans()
-{
-    EndTrans("RELEASE vx_trans", false);
-}
-
-void CDaoWorkspace::Rollback()
-{
-    EndTrans("ROLLBACK TO vx_trans; RELEASE vx_trans", true);
-}
-
-void CDaoWorkspace::EndTrans(const char* sql, bool undone)
-{
-    if (m_depth == 0)
-        vx::ThrowDao(vx::kDaoNoTransaction, "You tried to commit or rollback a transaction without first "
-                                            "beginning a transaction.");
-    --m_depth;
-    for (CDaoDatabase* db : m_databases) {
-        DaoDatabasePrivate* d = db->d_func();
-        if (d->IsOpen() && d->transactionDepth > m_depth) {
-            d->Exec(sql);
-            --d->transactionDepth;
-            // Cached rows may hold what was just undone.
-            if (undone)
-                d->SchemaChanged();
-        }
-    }
 }

@@ -120,19 +120,10 @@ std::string TrimSql(const std::string& sql)
 
 bool EqualNoCase(const std::string& a, const std::string& b)
 {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-           });
+    return AsciiEqualNoCase(a, b);
 }
 
 namespace {
-
-std::string Upper(std::string text)
-{
-    for (char& c : text)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return text;
-}
 
 std::string FirstWord(const std::string& sql)
 {
@@ -142,7 +133,7 @@ std::string FirstWord(const std::string& sql)
     std::size_t j = i;
     while (j < sql.size() && std::isalpha(static_cast<unsigned char>(sql[j])))
         ++j;
-    return Upper(sql.substr(i, j - i));
+    return AsciiUpperCopy(sql.substr(i, j - i));
 }
 
 } // namespace
@@ -151,7 +142,7 @@ short QueryTypeOf(const std::string& sql)
 {
     const std::string word = FirstWord(sql);
     if (word == "SELECT" || word == "WITH" || word == "VALUES") {
-        const std::string upper = Upper(sql);
+        const std::string upper = AsciiUpperCopy(sql);
         if (upper.find(" INTO ") != std::string::npos && word == "SELECT")
             return dbQMakeTable;
         if (upper.find(" UNION ") != std::string::npos)
@@ -225,7 +216,7 @@ std::string DeclaredType(short type, long size, long attributes)
 void ParseDeclaredType(const std::string& declared, bool integerPrimaryKey, DaoColumn& column)
 {
     column.declared = declared;
-    std::string upper = Upper(declared);
+    std::string upper = AsciiUpperCopy(declared);
     long length = 0;
     if (const auto open = upper.find('('); open != std::string::npos) {
         length = std::atol(upper.c_str() + open + 1);
@@ -453,7 +444,7 @@ double NumberOf(const COleVariant& in, std::int64_t& whole, bool& isWhole)
     case VT_BSTR: {
         double d = 0;
         const std::string text(in.bstrVal, in.TextLength());
-        const std::string upper = Upper(TrimSql(text));
+        const std::string upper = AsciiUpperCopy(TrimSql(text));
         if (upper == "TRUE" || upper == "YES" || upper == "ON")
             return static_cast<double>(whole = -1);
         if (upper == "FALSE" || upper == "NO" || upper == "OFF")

@@ -7,6 +7,7 @@
 
 #include "platform/framework/colevariant.h"
 #include "platform/framework/cstring.h"
+#include "platform/framework/util_p.h"
 #include "platform/dao/daoexception.h"
 #include "platform/dao/daoinfo.h"
 
@@ -59,6 +60,7 @@ void FillFieldInfo(const DaoColumn& column, int ordinal, CDaoFieldInfo& info);
 std::string QuoteName(const std::string& name);
 // SQL text with the trailing blanks and semicolons taken off.
 std::string TrimSql(const std::string& sql);
+// Names compare folding ASCII letters only, as SQLite's NOCASE does.
 bool EqualNoCase(const std::string& a, const std::string& b);
 
 // A stored value.

@@ -1,8 +1,6 @@
 // The choice of a file driver by connect text.
 #include "platform/dao/daoengine_p.h"
 
-#include <strings.h>
-
 namespace vx {
 
 std::unique_ptr<IsamDriver> MakeExcelDriver();
@@ -12,9 +10,9 @@ std::unique_ptr<IsamDriver> MakeIsamDriver(const std::string& connect)
 {
     // The type stands before the first ";" ("Excel 5.0;HDR=YES;").
     const std::string type = TrimSql(connect.substr(0, connect.find(';')));
-    if (strncasecmp(type.c_str(), "Excel", 5) == 0)
+    if (AsciiStartsWithNoCase(type, "Excel"))
         return MakeExcelDriver();
-    if (strncasecmp(type.c_str(), "dBASE", 5) == 0)
+    if (AsciiStartsWithNoCase(type, "dBASE"))
         return MakeDbaseDriver();
     ThrowDao(kDaoNoInstallableIsam, "Couldn't find installable ISAM.");
 }

@@ -20,7 +20,6 @@
 #include <dirent.h>
 #include <map>
 #include <set>
-#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,7 +41,7 @@ std::string StemOf(const std::string& file)
 
 bool EndsWithDbf(const std::string& name)
 {
-    return name.size() > 4 && strcasecmp(name.c_str() + name.size() - 4, ".dbf") == 0;
+    return name.size() > 4 && AsciiEndsWithNoCase(name, ".dbf");
 }
 
 // The OLE date of "YYYYMMDD", or false.

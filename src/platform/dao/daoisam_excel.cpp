@@ -30,12 +30,6 @@ bool FileExists(const std::string& path)
     return stat(path.c_str(), &st) == 0;
 }
 
-std::string DirectoryOf(const std::string& path)
-{
-    const auto slash = path.find_last_of('/');
-    return slash == std::string::npos ? "." : (slash == 0 ? "/" : path.substr(0, slash));
-}
-
 // A date cell of freexl ("YYYY-MM-DD", "YYYY-MM-DD HH:MM:SS", "HH:MM:SS").
 double CellDate(const char* text)
 {
@@ -75,7 +69,7 @@ public:
 
     void Save(DaoDatabasePrivate& db, const std::string& path) override
     {
-        const std::string temp = DirectoryOf(path) + "/.vx~" + path.substr(path.find_last_of('/') + 1);
+        const std::string temp = DirectoryOf(path) + "/.vx~" + std::string(NameOf(path));
         lxw_workbook* book = workbook_new(temp.c_str());
         if (!book)
             ThrowDao(kDaoDiskError, "Disk or network error. (Cannot write '" + db.name + "'.)");

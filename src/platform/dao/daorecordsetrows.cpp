@@ -2,9 +2,10 @@
 // the opening statement, holding their values, and writing them back.
 #include "platform/dao/daorecordset_p.h"
 
+#include "platform/framework/util_p.h"
+
 #include <algorithm>
 #include <cctype>
-#include <strings.h>
 #include <unordered_map>
 
 namespace vx {
@@ -64,7 +65,7 @@ bool IsNameChar(unsigned char c)
 bool Keyword(const std::string& sql, std::size_t& i, const char* word)
 {
     const std::size_t n = std::strlen(word);
-    if (sql.size() - i < n || strncasecmp(sql.c_str() + i, word, n) != 0)
+    if (sql.size() - i < n || AsciiCompareNoCase(sql.c_str() + i, word, n) != 0)
         return false;
     if (i + n < sql.size() && IsNameChar(static_cast<unsigned char>(sql[i + n])))
         return false;
@@ -264,7 +265,7 @@ int DaoRecordsetPrivate::SearchColumn(const char* name) const
 {
     if (name) {
         for (std::size_t i = 0; i < width; ++i)
-            if (strcasecmp(columns[i].name.c_str(), name) == 0)
+            if (AsciiCompareNoCase(columns[i].name.c_str(), name) == 0)
                 return static_cast<int>(lastFound = i);
     }
     ThrowDao(kDaoItemNotFound, "Item not found in this collection.");

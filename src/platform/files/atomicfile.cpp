@@ -1,5 +1,7 @@
 #include "platform/files/atomicfile_p.h"
 
+#include "platform/framework/util_p.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,32 +32,6 @@ private:
     int m_fd;
 };
 
-bool ReadFd(int fd, std::string& out)
-{
-    // Read straight into the string, sized by the file; a file that grows
-    // meanwhile is read on to its end.
-    struct stat st {};
-    std::size_t capacity = fstat(fd, &st) == 0 && st.st_size > 0 ? static_cast<std::size_t>(st.st_size) + 1 : 4096;
-    out.resize(capacity);
-    std::size_t used = 0;
-    for (;;) {
-        if (used == out.size())
-            out.resize(out.size() * 2);
-        const ssize_t n = pread(fd, out.data() + used, out.size() - used, static_cast<off_t>(used));
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            out.clear();
-            return false;
-        }
-        if (n == 0)
-            break;
-        used += static_cast<std::size_t>(n);
-    }
-    out.resize(used);
-    return true;
-}
-
 bool WriteFd(int fd, const std::string& text)
 {
     const char* data = text.data();
@@ -71,20 +47,6 @@ bool WriteFd(int fd, const std::string& text)
         left -= static_cast<std::size_t>(n);
     }
     return true;
-}
-
-std::string DirectoryOf(const std::string& path)
-{
-    const auto slash = path.find_last_of('/');
-    if (slash == std::string::npos)
-        return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string NameOf(const std::string& path)
-{
-    const auto slash = path.find_last_of('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 // The rename only survives a crash once the directory entry is on the disk.
@@ -103,7 +65,7 @@ bool WriteTemp(const std::string& path, const std::string& text, int mode, const
                std::string& temp)
 {
     static std::atomic<unsigned> counter{0};
-    const std::string stem = DirectoryOf(path) + "/." + NameOf(path) + ".";
+    const std::string stem = DirectoryOf(path) + "/." + std::string(NameOf(path)) + ".";
     int fd = -1;
     for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
         temp = stem + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".tmp";
@@ -142,14 +104,6 @@ std::string FollowLinks(const std::string& path)
 }
 
 } // namespace
-
-bool ReadWholeFile(const std::string& hostPath, std::string& out)
-{
-    Fd fd(open(hostPath.c_str(), O_RDONLY | O_CLOEXEC));
-    if (fd.Get() < 0)
-        return false;
-    return ReadFd(fd.Get(), out);
-}
 
 UpdateResult UpdateFile(const std::string& hostPath, const FileUpdater& update)
 {
@@ -211,7 +165,7 @@ UpdateResult UpdateFile(const std::string& hostPath, const FileUpdater& update)
             return UpdateResult::Failed;
 
         std::string current;
-        if (!ReadFd(fd.Get(), current))
+        if (!ReadAll(fd.Get(), current))
             return UpdateResult::Failed;
         std::string out;
         if (!update(&current, out))

@@ -41,7 +41,4 @@ using FileUpdater = std::function<bool(const std::string* current, std::string& 
 // one gets 0666 less the umask.
 UpdateResult UpdateFile(const std::string& hostPath, const FileUpdater& update);
 
-// Reads the whole file at `hostPath`. False if it cannot be opened or read.
-bool ReadWholeFile(const std::string& hostPath, std::string& out);
-
 } // namespace vx

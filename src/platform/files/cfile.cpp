@@ -3,6 +3,7 @@
 #include "platform/files/fileattributes_p.h"
 #include "platform/files/hostpath.h"
 #include "platform/framework/mbstring.h"
+#include "platform/framework/util_p.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,10 +26,8 @@ BOOL ReadStatus(const char* fileName, CFileStatus& status, bool anyCase)
     result.m_mtime = CTime(st.st_mtim.tv_sec);
     result.m_atime = CTime(st.st_atim.tv_sec);
     result.m_size = static_cast<std::uint64_t>(st.st_size);
-    const std::size_t slash = host.find_last_of('/');
-    const std::string name = slash == std::string::npos ? host : host.substr(slash + 1);
-    result.m_attribute =
-        static_cast<BYTE>(vx::FileAttributesOf(S_ISDIR(st.st_mode), access(host.c_str(), W_OK) == 0, name));
+    result.m_attribute = static_cast<BYTE>(
+        vx::FileAttributesOf(S_ISDIR(st.st_mode), access(host.c_str(), W_OK) == 0, vx::NameOf(host)));
     // The framework gave the full path; a text too long for it keeps the
     // name as given, cut to the buffer.
     if (!_fullpath(result.m_szFullName, fileName, sizeof result.m_szFullName)) {

@@ -2,6 +2,7 @@
 
 #include "platform/files/fileattributes_p.h"
 #include "platform/files/hostpath.h"
+#include "platform/framework/util_p.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -100,7 +101,7 @@ BOOL MoveFileA(const char* existingFile, const char* newFile)
         // The same file under another spelling: a change of case, which
         // the original's file system allowed as a rename.
         const std::string wanted = vx::HostPath(newFile);
-        to = to.substr(0, to.rfind('/') + 1) + wanted.substr(wanted.rfind('/') + 1);
+        to = to.substr(0, to.rfind('/') + 1) + std::string(vx::NameOf(wanted));
         return rename(from.c_str(), to.c_str()) == 0;
     }
     struct stat st {};
@@ -131,8 +132,5 @@ DWORD GetFileAttributesA(const char* path)
     const std::string host = vx::DiskPath(path);
     if (stat(host.c_str(), &st) != 0)
         return INVALID_FILE_ATTRIBUTES;
-    const auto slash = host.find_last_of('/');
-    const std::string_view name = slash == std::string::npos ? std::string_view(host)
-                                                              : std::string_view(host).substr(slash + 1);
-    return vx::FileAttributesOf(S_ISDIR(st.st_mode), access(host.c_str(), W_OK) == 0, name);
+    return vx::FileAttributesOf(S_ISDIR(st.st_mode), access(host.c_str(), W_OK) == 0, vx::NameOf(host));
 }

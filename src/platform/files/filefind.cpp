@@ -4,6 +4,7 @@
 #include "platform/files/fileattributes_p.h"
 #include "platform/files/hostpath.h"
 #include "platform/files/hostpath_p.h"
+#include "platform/framework/util_p.h"
 #include "platform/files/wildcard.h"
 
 #include <dirent.h>
@@ -63,7 +64,7 @@ public:
                 return false;
             entry.statState = 1;
             entry.writable = access(host.c_str(), W_OK) == 0;
-            entry.hostName = host.substr(host.find_last_of('/') + 1);
+            entry.hostName = NameOf(host);
             entry.name = FromUtf8(entry.hostName);
             if (entry.name.empty()) // "/" itself, say
                 return false;

@@ -2,6 +2,7 @@
 
 #include "platform/framework/codepage.h"
 #include "platform/files/hostpath_p.h"
+#include "platform/framework/util_p.h"
 
 #include <sys/stat.h>
 
@@ -19,30 +20,20 @@ std::mutex g_lock;
 std::map<char, std::string> g_roots;
 std::atomic<unsigned long> g_directoryOpens{0};
 
-char Upper(char c)
-{
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool IsDriveLetter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 } // namespace
 
 void SetDriveRoot(char letter, std::string_view hostDirectory)
 {
     std::lock_guard lock(g_lock);
     if (hostDirectory.empty())
-        g_roots.erase(Upper(letter));
+        g_roots.erase(AsciiUpper(letter));
     else
-        g_roots[Upper(letter)] = std::string(hostDirectory);
+        g_roots[AsciiUpper(letter)] = std::string(hostDirectory);
 }
 
 std::string DriveRoot(char letter)
 {
-    letter = Upper(letter);
+    letter = AsciiUpper(letter);
     {
         std::lock_guard lock(g_lock);
         if (auto it = g_roots.find(letter); it != g_roots.end())
@@ -67,7 +58,7 @@ HostParts SplitHost(std::string_view pathText)
 {
     HostParts parts;
     std::string text(pathText);
-    if (text.size() >= 2 && text[1] == ':' && IsDriveLetter(text[0])) {
+    if (text.size() >= 2 && text[1] == ':' && AsciiIsLetter(text[0])) {
         parts.prefix = DriveRoot(text[0]);
         text.erase(0, 2);
         while (parts.prefix.size() > 1 && parts.prefix.back() == '/')
@@ -85,23 +76,6 @@ HostParts SplitHost(std::string_view pathText)
     return parts;
 }
 
-bool SameNameFolded(std::string_view a, std::string_view b)
-{
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        char x = a[i];
-        char y = b[i];
-        if (x >= 'A' && x <= 'Z')
-            x = static_cast<char>(x - 'A' + 'a');
-        if (y >= 'A' && y <= 'Z')
-            y = static_cast<char>(y - 'A' + 'a');
-        if (x != y)
-            return false;
-    }
-    return true;
-}
-
 // The entry of `directory` that reads as `nameText` (code page) without
 // regard to case; "" if there is none or the directory cannot be read.
 std::string FindSpelling(const std::string& directory, std::string_view nameText)
@@ -114,7 +88,7 @@ std::string FindSpelling(const std::string& directory, std::string_view nameText
         const std::string_view name = e->d_name;
         if (name == "." || name == "..")
             continue;
-        if (!SameNameFolded(FromUtf8(name), nameText))
+        if (!AsciiEqualNoCase(FromUtf8(name), nameText))
             continue;
         if (best.empty() || name < best)
             best = name;

@@ -3,6 +3,7 @@
 #include "platform/files/appdirs.h"
 #include "platform/files/atomicfile_p.h"
 #include "platform/files/hostpath.h"
+#include "platform/framework/util_p.h"
 
 #include <algorithm>
 #include <cstring>
@@ -25,22 +26,6 @@ std::string_view Trim(std::string_view s)
     s = TrimLeft(s);
     const auto last = s.find_last_not_of(kBlanks);
     return last == std::string_view::npos ? std::string_view() : s.substr(0, last + 1);
-}
-
-char Fold(char c)
-{
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool SameName(std::string_view a, std::string_view b)
-{
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (Fold(a[i]) != Fold(b[i]))
-            return false;
-    }
-    return true;
 }
 
 // One line of the file, without its line end, and what it means.
@@ -131,15 +116,16 @@ std::size_t FindSection(std::string_view text, std::string_view section)
         if (!raw.empty() && raw.back() == '\r')
             raw.remove_suffix(1);
         const Line line = Classify(raw);
-        if (line.kind == Line::Header && SameName(line.name, section))
+        if (line.kind == Line::Header && vx::AsciiEqualNoCase(line.name, section))
             return end + 1;
     }
 }
 
-// Calls `fn` for each entry of the first section named `section`; `fn`
-// returns false to stop. Returns whether the section exists.
+// Calls `fn` for each line of the first section named `section`, up to the
+// next header; `fn` returns false to stop. Returns whether the section
+// exists.
 template <class Fn>
-bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
+bool ForEachLine(std::string_view text, std::string_view section, Fn fn)
 {
     const std::size_t body = FindSection(text, section);
     if (body == std::string_view::npos)
@@ -150,17 +136,24 @@ bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
         const Line line = Classify(raw);
         if (line.kind == Line::Header)
             break;
-        if (line.kind == Line::Entry && !fn(line))
+        if (!fn(line))
             break;
     }
     return true;
+}
+
+// As ForEachLine, for the entries ("key=value") alone.
+template <class Fn>
+bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
+{
+    return ForEachLine(text, section, [&fn](const Line& line) { return line.kind != Line::Entry || fn(line); });
 }
 
 bool FindValue(std::string_view text, std::string_view section, std::string_view key, std::string_view& value)
 {
     bool found = false;
     ForEachEntry(text, section, [&](const Line& line) {
-        if (!SameName(line.name, key))
+        if (!vx::AsciiEqualNoCase(line.name, key))
             return true;
         value = line.value;
         found = true;
@@ -245,8 +238,8 @@ UINT ParseNumber(std::string_view text)
         unsigned digit;
         if (c >= '0' && c <= '9')
             digit = static_cast<unsigned>(c - '0');
-        else if (base == 16 && Fold(c) >= 'A' && Fold(c) <= 'F')
-            digit = static_cast<unsigned>(Fold(c) - 'A' + 10);
+        else if (base == 16 && vx::AsciiUpper(c) >= 'A' && vx::AsciiUpper(c) <= 'F')
+            digit = static_cast<unsigned>(vx::AsciiUpper(c) - 'A' + 10);
         else
             break;
         if (digit >= base)
@@ -273,7 +266,7 @@ bool Edit(std::string_view text, std::string_view section, const char* key, cons
     // The ranges of the sections named `section`: [header, next header).
     std::vector<std::pair<std::size_t, std::size_t>> ranges;
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (lines[i].kind != Line::Header || !SameName(lines[i].name, section))
+        if (lines[i].kind != Line::Header || !vx::AsciiEqualNoCase(lines[i].name, section))
             continue;
         std::size_t end = i + 1;
         while (end < lines.size() && lines[end].kind != Line::Header)
@@ -301,7 +294,7 @@ bool Edit(std::string_view text, std::string_view section, const char* key, cons
             bool removed = false;
             for (std::size_t i = 0; i < lines.size(); ++i) {
                 const bool inFirst = i > ranges[0].first && i < ranges[0].second;
-                if (inFirst && lines[i].kind == Line::Entry && SameName(lines[i].name, name)) {
+                if (inFirst && lines[i].kind == Line::Entry && vx::AsciiEqualNoCase(lines[i].name, name)) {
                     removed = true;
                     continue;
                 }
@@ -317,7 +310,7 @@ bool Edit(std::string_view text, std::string_view section, const char* key, cons
                 if (lines[i].kind != Line::Entry)
                     continue;
                 at = i + 1;
-                if (existing == lines.size() && SameName(lines[i].name, name))
+                if (existing == lines.size() && vx::AsciiEqualNoCase(lines[i].name, name))
                     existing = i;
             }
             if (existing != lines.size())
@@ -420,8 +413,16 @@ DWORD GetPrivateProfileSectionA(const char* section, char* buffer, DWORD size, c
     if (!buffer || size == 0 || !section || !Load(file, text))
         return 0;
     std::vector<std::string> entries;
-    ForEachEntry(text, Trim(section), [&](const Line& line) {
-        entries.push_back(std::string(line.name) + "=" + std::string(line.value));
+    ForEachLine(text, Trim(section), [&](const Line& line) {
+        if (line.kind == Line::Entry) {
+            entries.push_back(std::string(line.name) + "=" + std::string(line.value));
+        } else {
+            // As on the platform, a line without "=" comes as it stands;
+            // blank lines and comments do not.
+            const std::string_view other = Trim(line.raw);
+            if (!other.empty() && other[0] != ';')
+                entries.emplace_back(other);
+        }
         return true;
     });
     if (entries.empty())

@@ -1,18 +1,11 @@
 #include "platform/files/wildcard.h"
 
+#include "platform/framework/util_p.h"
+
 #include <cstring>
 #include <memory>
 
 namespace vx {
-namespace {
-
-char Fold(char c)
-{
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-} // namespace
-
 bool HasWildcards(std::string_view text)
 {
     return text.find_first_of("*?") != std::string_view::npos;
@@ -37,7 +30,7 @@ WildcardPattern::WildcardPattern(std::string_view pattern)
         } else if (c == '.' && (next == '?' || next == '*' || next == '\0')) {
             m_tokens.push_back({Kind::DosDot, c});
         } else {
-            m_tokens.push_back({Kind::Literal, Fold(c)});
+            m_tokens.push_back({Kind::Literal, AsciiLower(c)});
         }
     }
     for (const Token& t : m_tokens) {
@@ -58,7 +51,7 @@ bool WildcardPattern::Matches(std::string_view name) const
     if (name.size() < m_prefix.size())
         return false;
     for (std::size_t i = 0; i < m_prefix.size(); ++i) {
-        if (Fold(name[i]) != m_prefix[i])
+        if (AsciiLower(name[i]) != m_prefix[i])
             return false;
     }
     // "title.*", the pattern of a drawing's pages: the rest must be empty
@@ -120,7 +113,7 @@ bool WildcardPattern::Matches(std::string_view name) const
             const Token& t = m_tokens[k];
             switch (t.kind) {
             case Kind::Literal:
-                if (Fold(c) == t.ch)
+                if (AsciiLower(c) == t.ch)
                     nxt[k + 1] = any = 1;
                 break;
             case Kind::Star:

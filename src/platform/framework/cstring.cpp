@@ -2,6 +2,7 @@
 
 #include "platform/framework/codepage.h"
 #include "platform/framework/mbstring.h"
+#include "platform/framework/util_p.h"
 #include "platform/shell/resources.h"
 
 #include <algorithm>
@@ -14,16 +15,6 @@ namespace {
 bool IsBlank(unsigned char c)
 {
     return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-char AsciiUpper(char c)
-{
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-char AsciiLower(char c)
-{
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 const char* OrEmpty(const char* text)
@@ -188,13 +179,13 @@ CString CString::SpanExcluding(const char* set) const
 void CString::MakeUpper()
 {
     for (char& c : m_s)
-        c = AsciiUpper(c);
+        c = vx::AsciiUpper(c);
 }
 
 void CString::MakeLower()
 {
     for (char& c : m_s)
-        c = AsciiLower(c);
+        c = vx::AsciiLower(c);
 }
 
 void CString::MakeReverse()

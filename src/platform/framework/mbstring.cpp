@@ -1,5 +1,7 @@
 #include "platform/framework/mbstring.h"
 
+#include "platform/framework/util_p.h"
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,23 +16,6 @@ namespace {
 const char* OrEmpty(const char* s)
 {
     return s ? s : "";
-}
-
-int Fold(unsigned char c)
-{
-    return (c >= 'A' && c <= 'Z') ? c - 'A' + 'a' : c;
-}
-
-int CompareFolded(const char* a, const char* b, std::size_t count)
-{
-    const auto* x = reinterpret_cast<const unsigned char*>(OrEmpty(a));
-    const auto* y = reinterpret_cast<const unsigned char*>(OrEmpty(b));
-    for (std::size_t i = 0; i < count; ++i) {
-        const int d = Fold(x[i]) - Fold(y[i]);
-        if (d != 0 || x[i] == 0)
-            return d;
-    }
-    return 0;
 }
 
 void CopyCut(char* out, std::size_t size, const char* from, std::size_t length)
@@ -56,7 +41,7 @@ int _mbscmp(const char* a, const char* b)
 
 int _mbsicmp(const char* a, const char* b)
 {
-    return CompareFolded(a, b, static_cast<std::size_t>(-1));
+    return vx::AsciiCompareNoCase(a, b, static_cast<std::size_t>(-1));
 }
 
 int _mbscoll(const char* a, const char* b)
@@ -96,7 +81,7 @@ int _mbsicoll(const unsigned char* a, const unsigned char* b)
 
 int _mbsnbicmp(const unsigned char* a, const unsigned char* b, std::size_t count)
 {
-    return CompareFolded(reinterpret_cast<const char*>(a), reinterpret_cast<const char*>(b), count);
+    return vx::AsciiCompareNoCase(reinterpret_cast<const char*>(a), reinterpret_cast<const char*>(b), count);
 }
 
 const unsigned char* _mbspbrk(const unsigned char* text, const unsigned char* set)
@@ -127,29 +112,25 @@ const unsigned char* _mbsstr(const unsigned char* text, const unsigned char* sub
 
 int _stricmp(const char* a, const char* b)
 {
-    return CompareFolded(a, b, static_cast<std::size_t>(-1));
+    return vx::AsciiCompareNoCase(a, b, static_cast<std::size_t>(-1));
 }
 
 int _strnicmp(const char* a, const char* b, std::size_t count)
 {
-    return CompareFolded(a, b, count);
+    return vx::AsciiCompareNoCase(a, b, count);
 }
 
 char* _strupr(char* text)
 {
-    for (char* p = text; p && *p; ++p) {
-        if (*p >= 'a' && *p <= 'z')
-            *p = static_cast<char>(*p - 'a' + 'A');
-    }
+    for (char* p = text; p && *p; ++p)
+        *p = vx::AsciiUpper(*p);
     return text;
 }
 
 char* _strlwr(char* text)
 {
-    for (char* p = text; p && *p; ++p) {
-        if (*p >= 'A' && *p <= 'Z')
-            *p = static_cast<char>(*p - 'A' + 'a');
-    }
+    for (char* p = text; p && *p; ++p)
+        *p = vx::AsciiLower(*p);
     return text;
 }
 

@@ -1,10 +1,11 @@
 #include "platform/ipc/procinfo_p.h"
 
+#include "platform/framework/util_p.h"
+
 #include <dirent.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 
@@ -13,8 +14,9 @@ namespace {
 
 std::string ReadSmallFile(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::string text;
+    ReadWholeFile(path, text);
+    return text;
 }
 
 // The fields of /proc/<pid>/stat behind the name, which may itself hold
@@ -69,7 +71,7 @@ std::vector<pid_t> ProcessIds()
 bool ProcessFamily(pid_t pid, pid_t& parent, int& threads)
 {
     const auto fields = StatFields(pid);
-    if (fields.size() < 18)
+    if (fields.size() < 18 || fields[0] == "Z" || fields[0] == "X")
         return false;
     parent = static_cast<pid_t>(std::atoi(fields[1].c_str()));
     threads = std::atoi(fields[17].c_str());

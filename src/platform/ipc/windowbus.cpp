@@ -3,8 +3,10 @@
 #include "platform/windows/cwnd.h"
 #include "platform/windows/messagepump.h"
 #include "platform/windows/messagequeue_p.h"
+#include "platform/files/runtimedir.h"
 #include "platform/ipc/procinfo_p.h"
 #include "platform/ipc/windowbus_p.h"
+#include "platform/framework/util_p.h"
 #include "platform/windows/windows.h"
 
 #include <dirent.h>
@@ -22,8 +24,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -36,16 +36,11 @@ using detail::FrameKind;
 
 constexpr std::size_t kHeaderSize = sizeof(FrameHeader);
 constexpr std::size_t kPlacementSize = sizeof(WINDOWPLACEMENT);
-static_assert(kPlacementSize == 44, "a placement travels as eleven 32-bit values");
-// Data bytes per datagram: larger blocks travel in pieces, well within the
-// default socket buffers.
-constexpr std::size_t kPiece = 60 * 1024;
+constexpr std::size_t kPiece = detail::kFramePiece;
 constexpr std::size_t kDatagramMax = kHeaderSize + kPiece;
 // How often a process waiting for an answer checks that the other one
 // still runs: a datagram socket does not tell when its peer has gone.
 constexpr int kLivenessCheckMs = 250;
-// Blocks arriving in pieces at the same time, at most.
-constexpr std::size_t kMaxPartials = 16;
 
 std::mutex g_logLock;
 WindowBusLog g_log;
@@ -68,12 +63,6 @@ bool CarriesNumbersOnly(UINT message)
 {
     return message >= WM_USER || message == WM_NULL || message == WM_CLOSE || message == WM_SHOWWINDOW ||
            message == WM_ACTIVATE || message == WM_ENABLE;
-}
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 std::string SocketPath(const std::string& dir, pid_t pid)
@@ -132,15 +121,6 @@ struct Message {
     std::vector<char> data;
     pid_t sender = 0;
     Address from;
-};
-
-// A block arriving in pieces.
-struct Partial {
-    pid_t sender = 0;
-    std::uint32_t kind = 0;
-    std::uint32_t sequence = 0;
-    FrameHeader header{};
-    std::vector<char> data;
 };
 
 enum class Got {
@@ -211,7 +191,7 @@ private:
     // The senders of the requests being served, innermost last.
     std::vector<pid_t> m_serving;
     std::unique_ptr<char[]> m_datagram;
-    std::vector<Partial> m_partials;
+    detail::FrameAssembler m_assembler;
     std::uint32_t m_sequence = 0;
 };
 
@@ -237,7 +217,8 @@ std::string Bus::Directory()
 bool Bus::ReadPeer(pid_t pid, detail::Registry& out)
 {
     const std::string dir = Directory();
-    if (dir.empty() || !detail::ParseRegistry(ReadFile(RegistryPath(dir, pid)), out))
+    std::string text;
+    if (dir.empty() || !ReadWholeFile(RegistryPath(dir, pid), text) || !detail::ParseRegistry(text, out))
         return false;
     // A file left by an ended process, or by an earlier process of the
     // same id, names no live window.
@@ -309,6 +290,10 @@ bool Bus::Start()
     if (m_running)
         return true;
     const std::string dir = WindowBusDirectory();
+    if (!MakeRuntimeDirectory()) {
+        Log("window bus: cannot make the runtime directory " + RuntimeDirectory());
+        return false;
+    }
     if (!MakePrivateDirectory(dir))
         return false;
     const std::string path = SocketPath(dir, detail::CurrentProcessId());
@@ -367,7 +352,7 @@ void Bus::Stop()
     RemovePumpSource(m_socket);
     close(m_socket);
     m_socket = -1;
-    m_partials.clear();
+    m_assembler.Clear();
     m_deferred.clear();
     for (const auto& [path, sender] : m_senders)
         close(sender);
@@ -736,66 +721,20 @@ Got Bus::Receive(bool wait, Message& out)
         return Got::Dropped;
     }
     out.sender = cred->pid;
-    const std::string who = " from process " + std::to_string(out.sender);
-    if ((msg.msg_flags & MSG_TRUNC) || static_cast<std::size_t>(n) < kHeaderSize) {
-        Log("window bus: refused a malformed message" + who);
-        return Got::Dropped;
+    std::string fault = "a malformed message";
+    if (!(msg.msg_flags & MSG_TRUNC)) {
+        switch (m_assembler.Take(out.sender, m_datagram.get(), static_cast<std::size_t>(n), out.header, out.data,
+                                 fault)) {
+        case detail::FrameAssembler::Result::Message:
+            return Got::Message;
+        case detail::FrameAssembler::Result::Piece:
+            return Got::Piece;
+        case detail::FrameAssembler::Result::Dropped:
+            break;
+        }
     }
-    FrameHeader h;
-    std::memcpy(&h, m_datagram.get(), kHeaderSize);
-    const std::size_t piece = static_cast<std::size_t>(n) - kHeaderSize;
-    const auto kind = static_cast<FrameKind>(h.kind);
-    const bool mayCarry = ((kind == FrameKind::Send || kind == FrameKind::Notify) && h.message == WM_COPYDATA) ||
-                          kind == FrameKind::Place;
-    std::string fault;
-    if (h.magic != detail::kBusMagic || h.kind < 1 || h.kind > 6)
-        fault = "a malformed message";
-    else if (h.dataLength > kMaxCopyDataBytes)
-        fault = "a block of " + std::to_string(h.dataLength) + " bytes (more than 16 MiB)";
-    else if (h.dataLength && !mayCarry)
-        fault = "data with a message that carries none";
-    else if (kind == FrameKind::Place && h.dataLength != kPlacementSize)
-        fault = "a placement of " + std::to_string(h.dataLength) + " bytes";
-    else if (static_cast<std::size_t>(h.offset) + piece > h.dataLength ||
-             (piece < kPiece && h.offset + piece != h.dataLength))
-        fault = "a piece that does not fit its block";
-    if (!fault.empty()) {
-        Log("window bus: refused " + fault + who);
-        return Got::Dropped;
-    }
-    if (h.offset == 0 && piece == h.dataLength) {
-        out.header = h;
-        out.data.assign(m_datagram.get() + kHeaderSize, m_datagram.get() + n);
-        return Got::Message;
-    }
-
-    // A piece: a sender's datagrams arrive in the order sent, so each block
-    // grows from its start; one that breaks off is dropped.
-    auto it = std::find_if(m_partials.begin(), m_partials.end(), [&](const Partial& p) {
-        return p.sender == out.sender && p.kind == h.kind && p.sequence == h.sequence;
-    });
-    if (h.offset == 0) {
-        if (it != m_partials.end())
-            m_partials.erase(it);
-        if (m_partials.size() >= kMaxPartials)
-            m_partials.erase(m_partials.begin());
-        Partial p{out.sender, h.kind, h.sequence, h, {}};
-        p.data.reserve(h.dataLength);
-        m_partials.push_back(std::move(p));
-        it = m_partials.end() - 1;
-    } else if (it == m_partials.end() || it->data.size() != h.offset) {
-        if (it != m_partials.end())
-            m_partials.erase(it);
-        Log("window bus: refused a piece out of its order" + who);
-        return Got::Dropped;
-    }
-    it->data.insert(it->data.end(), m_datagram.get() + kHeaderSize, m_datagram.get() + n);
-    if (it->data.size() < h.dataLength)
-        return Got::Piece;
-    out.header = it->header;
-    out.data = std::move(it->data);
-    m_partials.erase(it);
-    return Got::Message;
+    Log("window bus: refused " + fault + " from process " + std::to_string(out.sender));
+    return Got::Dropped;
 }
 
 bool Bus::ServeOne()
@@ -941,9 +880,9 @@ bool WindowBusRunning()
 
 std::string WindowBusDirectory()
 {
-    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime && runtime[0] == '/')
-        return std::string(runtime) + "/vxbase";
-    return "/tmp/vxbase-" + std::to_string(geteuid());
+    // Every process of the user must find the same directory, whether or
+    // not its XDG_RUNTIME_DIR was set for Qt (runtimedir.h).
+    return RuntimeDirectory() + "/vxbase";
 }
 
 bool PublishWindow(HWND hwnd)

@@ -2,6 +2,7 @@
 #include "ui/gdi/marlett_p.h"
 
 #include "platform/framework/codepage.h"
+#include "platform/framework/util_p.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <QGuiApplication>
@@ -15,7 +16,7 @@ namespace {
 
 bool FaceIs(const char* face, const char* name)
 {
-    return strncasecmp(face, name, std::strlen(name)) == 0;
+    return vx::AsciiCompareNoCase(face, name, std::strlen(name)) == 0;
 }
 
 void FillMetrics(Font& f)
@@ -561,54 +562,4 @@ int GetTextFaceA(HDC dc, int count, LPSTR face)
     std::memcpy(face, name, static_cast<std::size_t>(copied));
     face[copied] = 0;
     return copied;
-}
-
-BOOL SystemParametersInfoA(UINT action, UINT, void* data, UINT)
-{
-    if (!data)
-        return FALSE;
-    switch (action) {
-    case SPI_GETNONCLIENTMETRICS: {
-        auto* m = static_cast<NONCLIENTMETRICSA*>(data);
-        auto font = [](LONG weight) {
-            LOGFONTA lf{};
-            lf.lfHeight = -11;
-            lf.lfWeight = weight;
-            lf.lfCharSet = DEFAULT_CHARSET;
-            std::strcpy(lf.lfFaceName, "DejaVu Sans");
-            return lf;
-        };
-        const UINT size = m->cbSize;
-        *m = NONCLIENTMETRICSA{};
-        m->cbSize = size ? size : sizeof(NONCLIENTMETRICSA);
-        m->iBorderWidth = 1;
-        m->iScrollWidth = GetSystemMetrics(SM_CXVSCROLL);
-        m->iScrollHeight = GetSystemMetrics(SM_CYHSCROLL);
-        m->iCaptionWidth = GetSystemMetrics(SM_CXSIZE);
-        m->iCaptionHeight = GetSystemMetrics(SM_CYSIZE);
-        m->lfCaptionFont = font(FW_BOLD);
-        m->iSmCaptionWidth = 12;
-        m->iSmCaptionHeight = 15;
-        m->lfSmCaptionFont = font(FW_BOLD);
-        m->iMenuWidth = GetSystemMetrics(SM_CXMENUSIZE);
-        m->iMenuHeight = GetSystemMetrics(SM_CYMENUSIZE);
-        m->lfMenuFont = font(FW_NORMAL);
-        m->lfStatusFont = font(FW_NORMAL);
-        m->lfMessageFont = font(FW_NORMAL);
-        return TRUE;
-    }
-    case SPI_GETWORKAREA:
-        *static_cast<RECT*>(data) = RECT{GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN),
-                                         GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-        return TRUE;
-    case SPI_GETHIGHCONTRAST:
-        static_cast<HIGHCONTRASTA*>(data)->dwFlags = 0;
-        return TRUE;
-    case SPI_GETFLATMENU:
-    case SPI_GETDROPSHADOW:
-        *static_cast<BOOL*>(data) = FALSE;
-        return TRUE;
-    default:
-        return FALSE;
-    }
 }

@@ -7,8 +7,11 @@
 #include "platform/dao/daorecordset.h"
 #include "platform/dao/daotabledef.h"
 #include "platform/dao/daoworkspace.h"
+#include "support/testlocale.h"
 
 #include <sqlite3.h>
+
+#include <cctype>
 
 namespace {
 
@@ -393,4 +396,46 @@ TEST(DaoEngine, ReadOnlyAndExclusiveOpens)
     CDaoDatabase after;
     after.Open((dir / "all.mdb").c_str());
     EXPECT_TRUE(after.IsOpen());
+}
+
+// A Qt host runs under the locale of the session. Names compare as SQLite's
+// NOCASE tells them apart whatever that locale is: ASCII letters fold, bytes
+// of 0x80 and above never, so "Łódka" and "łÓDKA" are two tables, and "Łx"
+// and "łX" two fields.
+TEST(DaoEngine, FoldsOnlyAsciiLettersOfNamesUnderASingleByteLocale)
+{
+    vxtest::SingleByteLocale polish;
+    if (!polish.Active())
+        GTEST_SKIP() << polish.Why();
+    ASSERT_EQ(std::tolower(0xA3), 0xB3) << "the C library folds \"Ł\" in this locale";
+    dbtest::TempDir dir;
+    const std::string file = dir / "boats.mdb";
+    {
+        CDaoDatabase db;
+        db.Create(file.c_str());
+        db.Execute("CREATE TABLE [\xA3\xF3" "dka] ([Pole] LONG)");
+        db.Execute("CREATE TABLE [\xB3\xD3" "DKA] ([\xA3x] LONG, [\xB3X] LONG)");
+        db.Execute("INSERT INTO [\xB3\xD3" "DKA] VALUES (1, 2)");
+    }
+    CDaoDatabase db;
+    db.Open(file.c_str());
+    CDaoTableDef boat(&db);
+    boat.Open("\xA3\xF3" "DKA");
+    EXPECT_EQ(boat.GetName(), "\xA3\xF3" "dka");
+    EXPECT_EQ(boat.GetFieldCount(), 1);
+    CDaoTableDef other(&db);
+    other.Open("\xB3\xD3" "dka");
+    EXPECT_EQ(other.GetName(), "\xB3\xD3" "DKA");
+    ASSERT_EQ(other.GetFieldCount(), 2);
+    CDaoFieldInfo info;
+    other.GetFieldInfo("\xB3x", info);
+    EXPECT_EQ(info.m_strName, "\xB3X");
+
+    CDaoRecordset set(&db);
+    set.Open(dbOpenDynaset, "SELECT * FROM [\xB3\xD3" "dka]");
+    // The set looks at the field after the last one found first.
+    EXPECT_EQ(set.GetFieldValue("\xA3X").lVal, 1);
+    EXPECT_EQ(set.GetFieldValue("\xA3X").lVal, 1);
+    EXPECT_EQ(set.GetFieldValue("\xB3x").lVal, 2);
+    EXPECT_EQ(set.GetFieldValue("\xB3x").lVal, 2);
 }

@@ -108,10 +108,10 @@ TEST_F(LinkTest, PublishedWindowIsSeenWithItsProcess)
     // A title that changes is seen changed; a window withdrawn is gone.
     vxhost::PartnerFrame& frame = OpenFrame(MainframeAT);
     frame.SetWindowText("VEXAL 5.5 Plan\tA");
-    const std::string registry = linktest::ReadText(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win");
+    const std::string registry = vxtest::ReadBytes(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win");
     EXPECT_NE(registry.find("\tVEXAL 5.5 Plan\\tA\n"), std::string::npos) << registry;
     vx::UnpublishWindow(frame.GetSafeHwnd());
-    EXPECT_EQ(linktest::ReadText(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win").find("Plan"),
+    EXPECT_EQ(vxtest::ReadBytes(vx::WindowBusDirectory() + "/" + std::to_string(getpid()) + ".win").find("Plan"),
               std::string::npos);
 }
 
@@ -201,7 +201,7 @@ TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)
     std::vector<std::string> lines;
     auto old = vx::SetWindowBusLog([&](const std::string& line) { lines.push_back(line); });
     {
-        linktest::ScopedEnvironment env("XDG_RUNTIME_DIR", runtime.Path().c_str());
+        vxtest::ScopedEnv env("XDG_RUNTIME_DIR", runtime.Path().c_str());
         EXPECT_EQ(vx::WindowBusDirectory(), dir);
         ASSERT_EQ(mkdir(dir.c_str(), 0755), 0);
         ASSERT_TRUE(vx::StartWindowBus());
@@ -217,8 +217,8 @@ TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)
         }
     }
     {
-        linktest::ScopedEnvironment env("XDG_RUNTIME_DIR", nullptr);
-        EXPECT_EQ(vx::WindowBusDirectory(), "/tmp/vxbase-" + std::to_string(geteuid()));
+        vxtest::ScopedEnv env("XDG_RUNTIME_DIR", nullptr);
+        EXPECT_EQ(vx::WindowBusDirectory(), "/tmp/runtime-" + std::to_string(geteuid()) + "/vxbase");
     }
     vx::SetWindowBusLog(old);
 }
@@ -308,3 +308,38 @@ TEST_F(LinkTest, NotificationIsHandledWithoutAWaitForItsAnswer)
 }
 
 } // namespace
+
+// SetWindowPlacement on a window of another process is carried out by that
+// process: the record travels as its 44 bytes and the answer is the
+// owner's. Only published windows take it.
+TEST_F(LinkTest, PlacementIsCarriedOutByTheWindowsProcess)
+{
+    vxhost::PartnerFrame& frame = OpenFrame(MainframeAT);
+    frame.ShowWindow(SW_SHOW);
+    RawClient raw(linktest::Environment().run + "/raw.sock");
+    using vx::detail::FrameKind;
+    WINDOWPLACEMENT wp{};
+    wp.length = sizeof wp;
+    wp.showCmd = SW_HIDE;
+    wp.rcNormalPosition = RECT{40, 30, 440, 330};
+    const std::string record(reinterpret_cast<const char*>(&wp), sizeof wp);
+    ASSERT_TRUE(raw.SendTo(SocketOf(getpid()), Frame(FrameKind::Place, frame.GetSafeHwnd(), 0, record, sizeof wp)));
+    EXPECT_TRUE(PumpUntil([&] { return !frame.IsWindowVisible(); }));
+    CRect placed;
+    frame.GetWindowRect(&placed);
+    EXPECT_EQ(placed, CRect(40, 30, 440, 330));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 1);
+
+    CWnd unpublished;
+    unpublished.CreateEx("", "VxPlain", WS_OVERLAPPED, CRect(1, 2, 3, 4));
+    ASSERT_TRUE(
+        raw.SendTo(SocketOf(getpid()), Frame(FrameKind::Place, unpublished.GetSafeHwnd(), 0, record, sizeof wp)));
+    std::string answer = "timeout";
+    EXPECT_TRUE(PumpUntil([&] {
+        answer = raw.Receive(0);
+        return answer != "timeout";
+    }));
+    EXPECT_EQ(AnswerOf(answer), 0);
+    unpublished.GetWindowRect(&placed);
+    EXPECT_EQ(placed, CRect(1, 2, 3, 4));
+}

@@ -2,12 +2,12 @@
 #include "platform/files/hostpath.h"
 
 #include "support/printers.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -16,49 +16,14 @@ namespace {
 
 class TempDir : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/vxplatformXXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
-    }
-    void TearDown() override
-    {
-        vx::SetDriveRoot('P', "");
-        fs::remove_all(dir);
-    }
-    void Write(const std::string& name, const std::string& text) { std::ofstream(dir + "/" + name) << text; }
-    std::string Read(const std::string& name)
-    {
-        std::ifstream in(dir + "/" + name);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
-    std::string dir;
+    void TearDown() override { vx::SetDriveRoot('P', ""); }
+    void Write(const std::string& name, const std::string& text) { vxtest::WriteBytes(dir + "/" + name, text); }
+    std::string Read(const std::string& name) { return vxtest::ReadBytes(dir + "/" + name); }
+    vxtest::TempDir temp;
+    std::string dir = temp.Path();
 };
 
 } // namespace
-
-TEST(HostPath, MapsDrivesAndBackslashes)
-{
-    vx::SetDriveRoot('q', "/srv/projects/");
-    EXPECT_EQ(vx::HostPath("Q:\\Plan\\plan.0012"), "/srv/projects/Plan/plan.0012");
-    EXPECT_EQ(vx::HostPath("q:rel"), "/srv/projects/rel");
-    vx::SetDriveRoot('Q', "");
-    EXPECT_EQ(vx::HostPath("Q:\\Plan"), "/Plan");
-    EXPECT_EQ(vx::HostPath("/tmp/x.ini"), "/tmp/x.ini");
-    EXPECT_EQ(vx::HostPath("dir\\file"), "dir/file");
-    EXPECT_EQ(vx::HostPath("\\\\"), "//");
-    EXPECT_EQ(vx::HostPath(":"), ":");
-    EXPECT_EQ(vx::HostPath("/tmp/Pl\xE4ne"), "/tmp/Pl\xC3\xA4ne") << "code page bytes become UTF-8";
-}
-
-TEST(HostPath, DriveFromEnvironment)
-{
-    setenv("VXBASE_DRIVE_K", "/mnt/k", 1);
-    EXPECT_EQ(vx::HostPath("K:\\a"), "/mnt/k/a");
-    unsetenv("VXBASE_DRIVE_K");
-    EXPECT_EQ(vx::HostPath("K:\\a"), "/a");
-}
 
 TEST_F(TempDir, CopyFileHonoursFailIfExists)
 {
