@@ -12,6 +12,12 @@
 // FrameHeader on the hosts the port runs on. The kernel adds each
 // datagram's sender credentials (SO_PASSCRED).
 //
+// The low byte of `kind` is the FrameKind. A sent message (Send, Notify)
+// without data may carry handles: bits 8-15 name the carrier of wParam,
+// bits 16-23 that of lParam (0: a plain number), and the datagram holds one
+// descriptor per carried handle (SCM_RIGHTS), wParam's first. The receiver
+// hands the message on with handles of its own for the same objects.
+//
 // The registry file "<pid>.win" lists a process's published windows:
 //   vxbus 1
 //   start <process start time in clock ticks since boot>
@@ -41,6 +47,12 @@ enum class FrameKind : std::uint32_t {
     Place = 5, // SetWindowPlacement with the record as data; answered by a Reply
     Notify = 6, // a message handled as a sent one, with no answer
 };
+
+constexpr std::uint32_t kKindMask = 0xFF;
+constexpr int kWParamCarrierShift = 8;
+constexpr int kLParamCarrierShift = 16;
+// Bits of `kind` that must be 0.
+constexpr std::uint32_t kKindReserved = 0xFF000000u;
 
 struct FrameHeader {
     std::uint32_t magic;

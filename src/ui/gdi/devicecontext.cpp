@@ -87,6 +87,13 @@ void Release(Dc* dc)
 
 } // namespace
 
+Dc* NewImageDc(std::shared_ptr<QImage> surface)
+{
+    Dc* dc = NewDc(Dc::Type::Image);
+    dc->surface = std::move(surface);
+    return dc;
+}
+
 QImage* Dc::Target()
 {
     if (type != Type::Memory)
@@ -593,6 +600,27 @@ int SelectClipRgn(HDC dc, HRGN region)
         d->st.clipped = true;
         d->st.clip = r->region;
     }
+    d->ClipChanged();
+    return ClipKind(d);
+}
+
+int ExtSelectClipRgn(HDC dc, HRGN region, int mode)
+{
+    if (mode == RGN_COPY)
+        return SelectClipRgn(dc, region);
+    Dc* d = Get<Dc>(dc);
+    Region* r = Get<Region>(region);
+    if (!d || !r)
+        return RGN_ERROR;
+    const QRegion current = CurrentUserClip(d);
+    switch (mode) {
+    case RGN_AND: d->st.clip = current & r->region; break;
+    case RGN_OR: d->st.clip = current | r->region; break;
+    case RGN_XOR: d->st.clip = current ^ r->region; break;
+    case RGN_DIFF: d->st.clip = current - r->region; break;
+    default: return RGN_ERROR;
+    }
+    d->st.clipped = true;
     d->ClipChanged();
     return ClipKind(d);
 }

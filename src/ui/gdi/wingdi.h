@@ -584,6 +584,10 @@ VXBASE_UI_EXPORT int IntersectClipRect(HDC dc, int left, int top, int right, int
 VXBASE_UI_EXPORT int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom);
 // A null region removes the clip; the region is in device coordinates.
 VXBASE_UI_EXPORT int SelectClipRgn(HDC dc, HRGN region);
+// Combines the clip with a region (RGN_AND, RGN_OR, RGN_XOR, RGN_DIFF) or
+// replaces it (RGN_COPY; a null region then clears the clip). Returns the
+// kind of the new clip, RGN_ERROR for a bad device, region or mode.
+VXBASE_UI_EXPORT int ExtSelectClipRgn(HDC dc, HRGN region, int mode);
 VXBASE_UI_EXPORT int GetClipBox(HDC dc, RECT* box);
 VXBASE_UI_EXPORT BOOL PtVisible(HDC dc, int x, int y);
 VXBASE_UI_EXPORT BOOL RectVisible(HDC dc, const RECT* rect);
