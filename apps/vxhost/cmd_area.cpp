@@ -6,6 +6,7 @@
 
 #include <vxbase.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -99,9 +100,9 @@ int RunArea(vxhost::Args& args)
 {
     if (args.tour)
         return Tour();
-    if (args.words.empty()) {
+    if (args.words.empty() || std::any_of(args.words.begin(), args.words.end(), vxhost::IsOption)) {
         std::fprintf(stderr, "area: give the points as X,Y ... or a file of \"X Y\" lines\n");
-        return 2;
+        return vxhost::Usage("area");
     }
     Polygon polygon;
     if (args.words.size() == 1 && args.words[0].find(',') == std::string::npos) {
@@ -114,7 +115,7 @@ int RunArea(vxhost::Args& args)
             POINT p;
             if (!ParsePoint(word, p)) {
                 std::fprintf(stderr, "area: not a point X,Y: %s\n", word.c_str());
-                return 2;
+                return vxhost::Usage("area");
             }
             polygon.Add(p);
         }

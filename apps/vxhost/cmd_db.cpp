@@ -99,6 +99,8 @@ int Run(const std::string& file)
 
 int RunDb(vxhost::Args& args)
 {
+    if (args.words.size() > 1 || (args.words.size() == 1 && vxhost::IsOption(args.words[0])))
+        return vxhost::Usage("db");
     if (!args.tour && !args.words.empty()) {
         std::filesystem::remove(args.words[0]);
         return Run(args.words[0]);

@@ -16,6 +16,8 @@ namespace {
 
 int RunDin(vxhost::Args& args)
 {
+    if (std::any_of(args.words.begin(), args.words.end(), vxhost::IsOption))
+        return vxhost::Usage("din");
     std::vector<CString> designators;
     for (const std::string& word : args.words)
         designators.emplace_back(word.c_str());

@@ -1,7 +1,8 @@
 // The window classes in the sample host: a Qt main frame with a page of
 // buttons in every shade and state.
 //
-//   vxhost gui                  shows the frame (offscreen without a display)
+//   vxhost gui                  shows the frame until it is closed (without a
+//                               display: builds it offscreen and ends)
 //   vxhost gui --screenshot DIR writes a PNG of each window of the frame, exits
 //   vxhost --screenshot DIR     the same
 //
@@ -246,13 +247,8 @@ int Screenshots(const std::string& dir)
     return n ? 0 : 1;
 }
 
-int RunFrame(const std::vector<std::string>& words)
+int RunFrame(const std::string& shots)
 {
-    std::string shots;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (words[i] == "--screenshot" && i + 1 < words.size())
-            shots = words[++i];
-    }
     vx::InitUi();
     CWnd* oldMain = AfxGetMainWnd();
     int rc = 0;
@@ -266,8 +262,12 @@ int RunFrame(const std::vector<std::string>& words)
         if (!shots.empty()) {
             vx::ProcessUiEvents();
             rc = Screenshots(shots);
+        } else if (!vx::HasDisplay()) {
+            // Nobody could close a window that is not seen.
+            vx::ProcessUiEvents();
+            std::printf("offscreen: the frame was built and painted; --screenshot DIR writes its images.\n");
         } else {
-            std::printf("%s: close the window to end.\n", vx::HasDisplay() ? "display" : "offscreen");
+            std::printf("display: close the window to end.\n");
             page.quitOnClose = true;
             rc = vx::RunUi();
         }
@@ -281,23 +281,26 @@ int RunFrame(const std::vector<std::string>& words)
 
 int RunGui(vxhost::Args& args)
 {
-    return RunFrame(args.words);
+    const auto& words = args.words;
+    if (words.empty())
+        return RunFrame(std::string());
+    if (words.size() == 2 && words[0] == "--screenshot" && !vxhost::IsOption(words[1]) && !words[1].empty())
+        return RunFrame(words[1]);
+    return vxhost::Usage("gui");
 }
 
 int RunScreenshot(vxhost::Args& args)
 {
-    std::vector<std::string> words{"--screenshot"};
-    words.insert(words.end(), args.words.begin(), args.words.end());
-    if (args.words.empty()) {
-        std::fprintf(stderr, "usage: vxhost --screenshot DIR\n");
-        return 2;
-    }
-    return RunFrame(words);
+    if (args.words.size() != 1 || vxhost::IsOption(args.words[0]) || args.words[0].empty())
+        return vxhost::Usage("--screenshot");
+    return RunFrame(args.words[0]);
 }
 
 // The tour: one shaded button, offscreen.
-int RunButtonTour(vxhost::Args&)
+int RunButtonTour(vxhost::Args& args)
 {
+    if (!args.words.empty())
+        return vxhost::Usage("buttons");
     vxhost::Heading("Buttons");
     if (!std::getenv("QT_QPA_PLATFORM"))
         setenv("QT_QPA_PLATFORM", "offscreen", 1); // the tour never opens a window

@@ -113,8 +113,10 @@ int RunCommand(vxhost::Args& args)
     std::optional<std::string> dir;
     std::vector<std::string> words;
     for (std::size_t i = 0; i < args.words.size(); ++i) {
-        if (args.words[i] == "--dir" && i + 1 < args.words.size())
+        if (args.words[i] == "--dir" && i + 1 < args.words.size() && !dir)
             dir = args.words[++i];
+        else if (vxhost::IsOption(args.words[i]))
+            return Usage();
         else
             words.push_back(args.words[i]);
     }
@@ -123,6 +125,8 @@ int RunCommand(vxhost::Args& args)
     ChooseFiles(dir);
     const std::string& verb = words[0];
     if (verb == "files") {
+        if (words.size() != 1)
+            return Usage();
         PrintFiles();
         return 0;
     }

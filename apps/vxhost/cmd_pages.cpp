@@ -99,9 +99,9 @@ int RunPages(vxhost::Args& args)
 {
     if (args.tour)
         return Tour();
-    if (args.words.size() != 2) {
+    if (args.words.size() != 2 || vxhost::IsOption(args.words[0]) || vxhost::IsOption(args.words[1])) {
         std::fprintf(stderr, "pages: give the directory and the drawing's name\n");
-        return 2;
+        return vxhost::Usage("pages");
     }
     if (!std::filesystem::is_directory(args.words[0])) {
         std::fprintf(stderr, "pages: %s is not a directory\n", args.words[0].c_str());

@@ -52,8 +52,10 @@ int WaitFor(pid_t child)
     return -1;
 }
 
-int RunPartner(vxhost::Args&)
+int RunPartner(vxhost::Args& args)
 {
+    if (!args.words.empty())
+        return vxhost::Usage("partner");
     vxhost::Heading("Partner link: AT starts IT");
     char pattern[] = "/tmp/vxlink-XXXXXX";
     if (!mkdtemp(pattern)) {

@@ -7,6 +7,8 @@ namespace {
 
 int RunStrings(vxhost::Args& args)
 {
+    if (args.words.size() > 1 || (args.words.size() == 1 && vxhost::IsOption(args.words[0])))
+        return vxhost::Usage("strings");
     vxhost::Heading("Strings and lists");
     XString row(args.words.empty() ? "K1|Relay|3|24V" : args.words[0].c_str());
     std::printf("row                 %s\n", row.GetString());

@@ -74,9 +74,9 @@ int Write(const std::string& dir)
 int RunXml(vxhost::Args& args)
 {
     if (!args.tour) {
-        if (args.words.size() != 1) {
+        if (args.words.size() != 1 || vxhost::IsOption(args.words[0])) {
             std::fprintf(stderr, "xml: give the directory to write into\n");
-            return 2;
+            return vxhost::Usage("xml");
         }
         return Write(args.words[0]);
     }

@@ -39,6 +39,14 @@ struct Registrar {
     }
 };
 
+// Refuses a command's arguments: prints "usage: vxhost NAME SYNOPSIS" (the
+// synopsis is its help text up to the first two blanks; none without them)
+// on standard error and returns 2, the exit code of a usage error.
+int Usage(const char* command);
+// Whether `word` looks like an option ("--..."), which a command that takes
+// texts refuses rather than read as one.
+bool IsOption(const std::string& word);
+
 // Prints a heading of the tour.
 void Heading(const char* title);
 // Prints code page text on the terminal (converted to UTF-8).

@@ -4,6 +4,9 @@
 //   vxhost help         the list of commands
 //   vxhost CMD ARGS...  one command
 //   vxhost --as AT|IT   one program of the suite (see partnerhost.h)
+//
+// A command refuses arguments it does not take with its usage line and exit
+// code 2, and every command ends by itself when run without a display.
 #include "democommand.h"
 #include "hostframe.h"
 #include "partnerhost.h"
@@ -19,6 +22,25 @@ std::vector<Command>& Commands()
 {
     static std::vector<Command> commands;
     return commands;
+}
+
+int Usage(const char* command)
+{
+    for (const auto& c : Commands()) {
+        if (std::strcmp(c.name, command) != 0)
+            continue;
+        const char* gap = std::strstr(c.help, "  ");
+        // A help text without two blanks has no synopsis: the command takes nothing.
+        const std::string synopsis(c.help, gap ? static_cast<std::size_t>(gap - c.help) : 0);
+        std::fprintf(stderr, "usage: vxhost %s%s%s\n", c.name, synopsis.empty() ? "" : " ", synopsis.c_str());
+        break;
+    }
+    return 2;
+}
+
+bool IsOption(const std::string& word)
+{
+    return word.rfind("--", 0) == 0;
 }
 
 void Heading(const char* title)
@@ -84,7 +106,7 @@ int main(int argc, char** argv)
     if (argc < 2) {
         rc = Tour();
     } else if (!std::strcmp(argv[1], "help") || !std::strcmp(argv[1], "--help")) {
-        rc = Help();
+        rc = argc == 2 ? Help() : (std::fprintf(stderr, "usage: vxhost help\n"), 2);
     } else {
         rc = 2;
         bool found = false;

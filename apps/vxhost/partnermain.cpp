@@ -1,23 +1,91 @@
-// vxhost as AT or IT: "vxhost --as AT|IT [--demo] [COMMAND LINE]", or a
-// program file named AT or IT that links to vxhost (as the partner starts
-// it). With --demo, AT shows the link: it starts IT, relays a profile write
-// and read, hands IT a message box, and both end.
+// vxhost as AT or IT: "vxhost --as AT|IT [--demo] [--lifetime SECONDS]
+// [COMMAND LINE]", or a program file named AT or IT that links to vxhost (as
+// the partner starts it). With --demo, AT shows the link: it starts IT,
+// relays a profile write and read, hands IT a message box, and both end.
+// Otherwise the program serves its partner and ends with it; having no
+// partner, it ends after SECONDS (60 unless given), as nobody could close
+// its window: the frame of a program of the suite is never shown here.
 #include "partnerhost.h"
 
 #include <sys/prctl.h>
 
+#include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 
 namespace vxhost {
 namespace {
 
 constexpr int kDemoScope = 0;
+constexpr int kDefaultLifetimeSeconds = 60;
 
 void Line(PartnerFrame& frame, const std::string& text)
 {
     std::printf("[%s] %s\n", frame.Type() == MainframeAT ? "AT" : "IT", vx::ToUtf8(text).c_str());
     std::fflush(stdout);
+}
+
+int Usage()
+{
+    std::fprintf(stderr, "usage: vxhost --as AT|IT [--demo] [--lifetime SECONDS] [/SINGLE | @@PROJECT | @@@PROJECT]\n"
+                         "       (--demo is AT's: it starts IT and shows the link)\n");
+    return 2;
+}
+
+struct Options {
+    bool demo = false;
+    int lifetimeSeconds = kDefaultLifetimeSeconds;
+    std::string commandLine; // the words that are no option, as the suite passes them
+};
+
+// False for an option this program does not take.
+bool ParseOptions(MainframeType type, const std::vector<std::string>& words, Options& out)
+{
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& w = words[i];
+        if (w == "--demo" && type == MainframeAT && !out.demo) {
+            out.demo = true;
+        } else if (w == "--lifetime" && i + 1 < words.size()) {
+            char* end = nullptr;
+            const long seconds = std::strtol(words[++i].c_str(), &end, 10);
+            if (words[i].empty() || *end || seconds < 1 || seconds > 86400)
+                return false;
+            out.lifetimeSeconds = static_cast<int>(seconds);
+        } else if (w.rfind("--", 0) == 0) {
+            return false;
+        } else {
+            out.commandLine += (out.commandLine.empty() ? "" : " ") + w;
+        }
+    }
+    return true;
+}
+
+// Pumps until the frame's loop ends (WM_QUIT), or until the program has
+// been without a live partner for `idleMs`. Returns the exit code.
+int ServeWhilePartnered(PartnerFrame& frame, int idleMs)
+{
+    using Clock = std::chrono::steady_clock;
+    auto lastSeen = Clock::now();
+    MSG msg;
+    for (;;) {
+        while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            if (msg.message == WM_QUIT)
+                return static_cast<int>(msg.wParam);
+            DispatchMessageA(&msg);
+        }
+        const HWND partner = std::atomic_ref<HWND>(KProcessIO::m_hPartnerWnd).load();
+        if (partner && IsWindow(partner)) {
+            lastSeen = Clock::now();
+        } else if (Clock::now() - lastSeen >= std::chrono::milliseconds(idleMs)) {
+            Line(frame, "no partner for " + std::to_string(idleMs / 1000) + " s: ending");
+            return 0;
+        }
+        vx::PumpFor(100, [] {
+            MSG peek;
+            return PeekMessageA(&peek, nullptr, 0, 0, PM_NOREMOVE) != FALSE;
+        });
+    }
 }
 
 bool WaitUntil(int milliseconds, const std::function<bool()>& done)
@@ -64,15 +132,10 @@ int RunDemo(PartnerFrame& frame)
 
 int RunPartner(MainframeType type, const std::vector<std::string>& words, const char* argv0)
 {
-    bool demo = false;
-    std::string commandLine;
-    for (const auto& w : words) {
-        if (w == "--demo" && commandLine.empty()) {
-            demo = true;
-            continue;
-        }
-        commandLine += (commandLine.empty() ? "" : " ") + w;
-    }
+    Options options;
+    if (!ParseOptions(type, words, options))
+        return Usage();
+    const std::string& commandLine = options.commandLine;
     // The partner confirms a window by the name of its process.
     prctl(PR_SET_NAME, type == MainframeAT ? "AT" : "IT", 0, 0, 0);
     vx::AttachLibrary();
@@ -95,7 +158,10 @@ int RunPartner(MainframeType type, const std::vector<std::string>& words, const 
             frame.Ready();
         if (type == MainframeIT && (state == SW_HIDE || state == SW_SHOW))
             Line(frame, "started by AT with \"" + commandLine + "\"");
-        rc = demo ? RunDemo(frame) : RunPartnerLoop(0);
+        else if (!options.demo)
+            Line(frame, "up: \"" + frame.GetWindowTextString().StdString() + "\"; ends with its partner, or after " +
+                            std::to_string(options.lifetimeSeconds) + " s without one");
+        rc = options.demo ? RunDemo(frame) : ServeWhilePartnered(frame, options.lifetimeSeconds * 1000);
     }
     vx::ResetPartnerLink();
     vx::StopWindowBus();
@@ -111,11 +177,12 @@ bool PartnerMain(int argc, char** argv, int& exitCode)
     MainframeType type = ProgramOfFileName(argv[0]);
     if (type) {
         words.assign(argv + 1, argv + argc);
-    } else if (argc >= 3 && !std::strcmp(argv[1], "--as")) {
-        type = ProgramOfFileName(argv[2]);
+    } else if (argc >= 2 && !std::strcmp(argv[1], "--as")) {
+        type = argc >= 3 && (!_stricmp(argv[2], "AT") || !_stricmp(argv[2], "IT")) ? ProgramOfFileName(argv[2])
+                                                                                  : MainframeType(0);
         if (!type) {
             std::fprintf(stderr, "vxhost: --as takes AT or IT\n");
-            exitCode = 2;
+            exitCode = Usage();
             return true;
         }
         words.assign(argv + 3, argv + argc);

@@ -121,10 +121,11 @@ std::size_t FindSection(std::string_view text, std::string_view section)
     }
 }
 
-// Calls `fn` for each entry of the first section named `section`; `fn`
-// returns false to stop. Returns whether the section exists.
+// Calls `fn` for each line of the first section named `section`, up to the
+// next header; `fn` returns false to stop. Returns whether the section
+// exists.
 template <class Fn>
-bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
+bool ForEachLine(std::string_view text, std::string_view section, Fn fn)
 {
     const std::size_t body = FindSection(text, section);
     if (body == std::string_view::npos)
@@ -135,10 +136,17 @@ bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
         const Line line = Classify(raw);
         if (line.kind == Line::Header)
             break;
-        if (line.kind == Line::Entry && !fn(line))
+        if (!fn(line))
             break;
     }
     return true;
+}
+
+// As ForEachLine, for the entries ("key=value") alone.
+template <class Fn>
+bool ForEachEntry(std::string_view text, std::string_view section, Fn fn)
+{
+    return ForEachLine(text, section, [&fn](const Line& line) { return line.kind != Line::Entry || fn(line); });
 }
 
 bool FindValue(std::string_view text, std::string_view section, std::string_view key, std::string_view& value)
@@ -405,8 +413,16 @@ DWORD GetPrivateProfileSectionA(const char* section, char* buffer, DWORD size, c
     if (!buffer || size == 0 || !section || !Load(file, text))
         return 0;
     std::vector<std::string> entries;
-    ForEachEntry(text, Trim(section), [&](const Line& line) {
-        entries.push_back(std::string(line.name) + "=" + std::string(line.value));
+    ForEachLine(text, Trim(section), [&](const Line& line) {
+        if (line.kind == Line::Entry) {
+            entries.push_back(std::string(line.name) + "=" + std::string(line.value));
+        } else {
+            // As on the platform, a line without "=" comes as it stands;
+            // blank lines and comments do not.
+            const std::string_view other = Trim(line.raw);
+            if (!other.empty() && other[0] != ';')
+                entries.emplace_back(other);
+        }
         return true;
     });
     if (entries.empty())

@@ -9,7 +9,8 @@
 // * "[name]" opens a section (blanks around the name and text behind the "]"
 //   are ignored); "key=value" is an entry, with blanks around key and value
 //   ignored; a line whose first non-blank byte is ";" is a comment. Other
-//   lines, and entries ahead of the first section, are kept but never read.
+//   lines are kept and only GetPrivateProfileSectionA reads them; entries
+//   ahead of the first section are kept but never read.
 // * Section names and keys compare without regard to ASCII case. Where a
 //   section or a key occurs twice, reads and writes take the first.
 // * Lines end in CR LF on the disk; LF alone is read too.
@@ -42,10 +43,12 @@ VXBASE_EXPORT DWORD GetPrivateProfileStringA(const char* section, const char* ke
 // `defaultValue`. Values wrap to 32 bits.
 VXBASE_EXPORT UINT GetPrivateProfileIntA(const char* section, const char* key, int defaultValue, const char* file);
 
-// The entries of `section` as "key=value" texts, each with a zero byte
-// behind it and one more at the end. Returns the bytes copied without that
-// last zero; a list cut to fit gives `size` - 2. A missing or empty section
-// (or no file) copies nothing, leaves `buffer` as it was and returns 0.
+// The lines of `section` as texts, each with a zero byte behind it and one
+// more at the end: an entry as "key=value" (blanks around both trimmed), a
+// line without "=" as it stands (without the blanks around it); blank lines
+// and comments are left out. Returns the bytes copied without that last
+// zero; a list cut to fit gives `size` - 2. A missing or empty section (or
+// no file) copies nothing, leaves `buffer` as it was and returns 0.
 VXBASE_EXPORT DWORD GetPrivateProfileSectionA(const char* section, char* buffer, DWORD size, const char* file);
 
 // Sets `key` in `section` to `value`, creating the section (at the end of

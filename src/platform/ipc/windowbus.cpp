@@ -3,8 +3,8 @@
 #include "platform/windows/cwnd.h"
 #include "platform/windows/messagepump.h"
 #include "platform/windows/messagequeue_p.h"
+#include "platform/files/runtimedir.h"
 #include "platform/ipc/filemapping.h"
-#include "platform/ipc/filemapping_p.h"
 #include "platform/ipc/procinfo_p.h"
 #include "platform/ipc/windowbus_p.h"
 #include "platform/framework/util_p.h"
@@ -38,16 +38,11 @@ using detail::FrameKind;
 
 constexpr std::size_t kHeaderSize = sizeof(FrameHeader);
 constexpr std::size_t kPlacementSize = sizeof(WINDOWPLACEMENT);
-static_assert(kPlacementSize == 44, "a placement travels as eleven 32-bit values");
-// Data bytes per datagram: larger blocks travel in pieces, well within the
-// default socket buffers.
-constexpr std::size_t kPiece = 60 * 1024;
+constexpr std::size_t kPiece = detail::kFramePiece;
 constexpr std::size_t kDatagramMax = kHeaderSize + kPiece;
 // How often a process waiting for an answer checks that the other one
 // still runs: a datagram socket does not tell when its peer has gone.
 constexpr int kLivenessCheckMs = 250;
-// Blocks arriving in pieces at the same time, at most.
-constexpr std::size_t kMaxPartials = 16;
 // Handles a message carries at most: wParam and lParam.
 constexpr std::size_t kMaxCarried = 2;
 
@@ -91,7 +86,7 @@ public:
     {
         return reinterpret_cast<std::uintptr_t>(AdoptFileMappingDescriptor(fd));
     }
-    void Release(std::uintptr_t value) override { detail::CloseMapping(reinterpret_cast<HANDLE>(value)); }
+    void Release(std::uintptr_t value) override { CloseHandle(reinterpret_cast<HANDLE>(value)); }
 };
 
 std::mutex g_carrierLock;
@@ -249,15 +244,6 @@ struct Message {
     Descriptors fds; // of the handles it carries
 };
 
-// A block arriving in pieces.
-struct Partial {
-    pid_t sender = 0;
-    std::uint32_t kind = 0;
-    std::uint32_t sequence = 0;
-    FrameHeader header{};
-    std::vector<char> data;
-};
-
 enum class Got {
     Message, // a whole message
     Piece,   // a piece of a larger one
@@ -329,7 +315,7 @@ private:
     // The senders of the requests being served, innermost last.
     std::vector<pid_t> m_serving;
     std::unique_ptr<char[]> m_datagram;
-    std::vector<Partial> m_partials;
+    detail::FrameAssembler m_assembler;
     std::uint32_t m_sequence = 0;
 };
 
@@ -428,6 +414,10 @@ bool Bus::Start()
     if (m_running)
         return true;
     const std::string dir = WindowBusDirectory();
+    if (!MakeRuntimeDirectory()) {
+        Log("window bus: cannot make the runtime directory " + RuntimeDirectory());
+        return false;
+    }
     if (!MakePrivateDirectory(dir))
         return false;
     const std::string path = SocketPath(dir, detail::CurrentProcessId());
@@ -486,7 +476,7 @@ void Bus::Stop()
     RemovePumpSource(m_socket);
     close(m_socket);
     m_socket = -1;
-    m_partials.clear();
+    m_assembler.Clear();
     m_deferred.clear();
     for (const auto& [path, sender] : m_senders)
         close(sender);
@@ -881,74 +871,20 @@ Got Bus::Receive(bool wait, Message& out)
         return Got::Dropped;
     }
     out.sender = cred->pid;
-    const std::string who = " from process " + std::to_string(out.sender);
-    if ((msg.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) || static_cast<std::size_t>(n) < kHeaderSize) {
-        Log("window bus: refused a malformed message" + who);
-        return Got::Dropped;
+    std::string fault = "a malformed message";
+    if (!(msg.msg_flags & (MSG_TRUNC | MSG_CTRUNC))) {
+        switch (m_assembler.Take(out.sender, m_datagram.get(), static_cast<std::size_t>(n), out.header, out.data,
+                                 fault, out.fds.Count())) {
+        case detail::FrameAssembler::Result::Message:
+            return Got::Message;
+        case detail::FrameAssembler::Result::Piece:
+            return Got::Piece;
+        case detail::FrameAssembler::Result::Dropped:
+            break;
+        }
     }
-    FrameHeader h;
-    std::memcpy(&h, m_datagram.get(), kHeaderSize);
-    const std::size_t piece = static_cast<std::size_t>(n) - kHeaderSize;
-    const auto kind = KindOf(h);
-    const bool sent = kind == FrameKind::Send || kind == FrameKind::Notify;
-    const bool mayCarry = (sent && h.message == WM_COPYDATA) || kind == FrameKind::Place;
-    const std::uint32_t carriers = h.kind & ~detail::kKindMask;
-    const std::size_t carried = ((carriers >> detail::kWParamCarrierShift) & 0xFF ? 1 : 0) +
-                                ((carriers >> detail::kLParamCarrierShift) & 0xFF ? 1 : 0);
-    std::string fault;
-    if (h.magic != detail::kBusMagic || (h.kind & detail::kKindMask) < 1 || (h.kind & detail::kKindMask) > 6 ||
-        (h.kind & detail::kKindReserved))
-        fault = "a malformed message";
-    else if (carried != out.fds.Count() ||
-             (carried && (!sent || h.dataLength || !CarriesNumbersOnly(h.message))))
-        fault = "handles that do not match their message";
-    else if (h.dataLength > kMaxCopyDataBytes)
-        fault = "a block of " + std::to_string(h.dataLength) + " bytes (more than 16 MiB)";
-    else if (h.dataLength && !mayCarry)
-        fault = "data with a message that carries none";
-    else if (kind == FrameKind::Place && h.dataLength != kPlacementSize)
-        fault = "a placement of " + std::to_string(h.dataLength) + " bytes";
-    else if (static_cast<std::size_t>(h.offset) + piece > h.dataLength ||
-             (piece < kPiece && h.offset + piece != h.dataLength))
-        fault = "a piece that does not fit its block";
-    if (!fault.empty()) {
-        Log("window bus: refused " + fault + who);
-        return Got::Dropped;
-    }
-    if (h.offset == 0 && piece == h.dataLength) {
-        out.header = h;
-        // A message with handles is always whole.
-        out.data.assign(m_datagram.get() + kHeaderSize, m_datagram.get() + n);
-        return Got::Message;
-    }
-
-    // A piece: a sender's datagrams arrive in the order sent, so each block
-    // grows from its start; one that breaks off is dropped.
-    auto it = std::find_if(m_partials.begin(), m_partials.end(), [&](const Partial& p) {
-        return p.sender == out.sender && p.kind == h.kind && p.sequence == h.sequence;
-    });
-    if (h.offset == 0) {
-        if (it != m_partials.end())
-            m_partials.erase(it);
-        if (m_partials.size() >= kMaxPartials)
-            m_partials.erase(m_partials.begin());
-        Partial p{out.sender, h.kind, h.sequence, h, {}};
-        p.data.reserve(h.dataLength);
-        m_partials.push_back(std::move(p));
-        it = m_partials.end() - 1;
-    } else if (it == m_partials.end() || it->data.size() != h.offset) {
-        if (it != m_partials.end())
-            m_partials.erase(it);
-        Log("window bus: refused a piece out of its order" + who);
-        return Got::Dropped;
-    }
-    it->data.insert(it->data.end(), m_datagram.get() + kHeaderSize, m_datagram.get() + n);
-    if (it->data.size() < h.dataLength)
-        return Got::Piece;
-    out.header = it->header;
-    out.data = std::move(it->data);
-    m_partials.erase(it);
-    return Got::Message;
+    Log("window bus: refused " + fault + " from process " + std::to_string(out.sender));
+    return Got::Dropped;
 }
 
 bool Bus::ServeOne()
@@ -1127,9 +1063,9 @@ bool WindowBusRunning()
 
 std::string WindowBusDirectory()
 {
-    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime && runtime[0] == '/')
-        return std::string(runtime) + "/vxbase";
-    return "/tmp/vxbase-" + std::to_string(geteuid());
+    // Every process of the user must find the same directory, whether or
+    // not its XDG_RUNTIME_DIR was set for Qt (runtimedir.h).
+    return RuntimeDirectory() + "/vxbase";
 }
 
 bool PublishWindow(HWND hwnd)

@@ -2,8 +2,8 @@
 // through the ordinary window calls.
 //
 // A process that starts the bus receives on a Unix domain (datagram) socket
-// in the user's runtime directory ($XDG_RUNTIME_DIR/vxbase, else
-// /tmp/vxbase-<uid>; the directory is the user's own, mode 0700) and lists
+// in the user's runtime directory ("vxbase" in $XDG_RUNTIME_DIR, else in
+// /tmp/runtime-<uid>; the directory is the user's own, mode 0700) and lists
 // its published top-level windows in a small file next to it. Other processes of the user
 // then see those windows through EnumWindows, GetWindowTextA, GetClassNameA,
 // GetWindowThreadProcessId and IsWindow, and reach them by SendMessageA,
@@ -63,7 +63,8 @@ VXBASE_EXPORT bool StartWindowBus();
 // process's files. The bus can be started again.
 VXBASE_EXPORT void StopWindowBus();
 VXBASE_EXPORT bool WindowBusRunning();
-// The bus directory (a host path), whether or not it exists yet.
+// The bus directory (a host path), whether or not it exists yet: "vxbase"
+// in the user's runtime directory (see runtimedir.h).
 VXBASE_EXPORT std::string WindowBusDirectory();
 
 // Makes a top-level window of this process visible to the user's other

@@ -31,6 +31,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -66,6 +67,44 @@ struct FrameHeader {
     std::uint32_t offset;     // of this datagram's piece in the block
 };
 static_assert(sizeof(FrameHeader) == 48, "the frame header is 48 bytes on the wire");
+
+// Data bytes per datagram: larger blocks travel in pieces, well within the
+// default socket buffers.
+constexpr std::size_t kFramePiece = 60 * 1024;
+
+// Checks each received datagram and puts blocks that arrive in pieces back
+// together. The bus's receiving side has one; what arrives is outside input
+// (any process of the user may send anything), so nothing here trusts a
+// field of the header.
+class FrameAssembler {
+public:
+    enum class Result {
+        Message, // a whole message: `header` and `data` are filled
+        Piece,   // a piece of a larger block, kept
+        Dropped, // refused: `fault` says why
+    };
+
+    // Takes the datagram `bytes` (`length` bytes, header included) of process
+    // `sender`, which arrived with `descriptors` descriptors. A sender's
+    // datagrams must arrive in the order sent; a block that breaks off is
+    // dropped. At most 16 blocks are pieced together at once; a 17th
+    // displaces the oldest. Handles are carried only by a whole sent message
+    // of numbers, with one descriptor each.
+    Result Take(pid_t sender, const char* bytes, std::size_t length, FrameHeader& header, std::vector<char>& data,
+                std::string& fault, std::size_t descriptors = 0);
+    // Forgets every block begun.
+    void Clear() { m_partials.clear(); }
+
+private:
+    struct Partial {
+        pid_t sender = 0;
+        std::uint32_t kind = 0;
+        std::uint32_t sequence = 0;
+        FrameHeader header{};
+        std::vector<char> data;
+    };
+    std::vector<Partial> m_partials;
+};
 
 struct RegisteredWindow {
     HWND hwnd = nullptr;

@@ -1,5 +1,6 @@
 #include "ui/windows/uiapp.h"
 
+#include "platform/files/runtimedir.h"
 #include "platform/windows/cwnd.h"
 #include "platform/windows/messagepump.h"
 #include "platform/windows/sysmetrics.h"
@@ -107,6 +108,10 @@ void InitUi(int& argc, char** argv)
     if (!QCoreApplication::instance()) {
         if (!std::getenv("QT_QPA_PLATFORM") && !std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
             setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        // Without a usable XDG_RUNTIME_DIR Qt warns on standard error and
+        // picks a directory of its own; the one the window bus uses is set
+        // instead.
+        EnsureRuntimeDirectory();
         g_ownApp = new QApplication(argc, argv);
     }
     InstallQtMessagePump();

@@ -21,7 +21,9 @@ namespace vx {
 
 // Makes the QApplication unless one exists, then installs the message pump
 // into Qt's event loop. `argc` must outlive the application. Without
-// QT_QPA_PLATFORM, DISPLAY and WAYLAND_DISPLAY the "offscreen" platform is used.
+// QT_QPA_PLATFORM, DISPLAY and WAYLAND_DISPLAY the "offscreen" platform is used;
+// without a usable XDG_RUNTIME_DIR the user's runtime directory is set (see
+// platform/files/runtimedir.h).
 VXBASE_UI_EXPORT void InitUi(int& argc, char** argv);
 // The same with no program arguments.
 VXBASE_UI_EXPORT void InitUi();

@@ -113,18 +113,22 @@ TEST(PrivateProfile, ConvertsNumbersAsTheDesktopDid)
     EXPECT_EQ(GetPrivateProfileIntA("N", "big", 9, f), 1u);
 }
 
-TEST(PrivateProfile, ReadsASectionAsZeroSeparatedEntries)
+TEST(PrivateProfile, ReadsASectionAsZeroSeparatedLines)
 {
     TempDir dir;
     const std::string file = dir.Path("s.ini");
-    WriteBytes(file, "[S]\r\n; note\r\na = 1\r\nno equals here\r\nb=x=y\r\n[Empty]\r\n");
+    WriteBytes(file, "[S]\r\n; note\r\na = 1\r\n  no equals here \r\n\r\nb=x=y\r\n[Empty]\r\n\r\n; only a note\r\n");
     char buffer[64];
     std::memset(buffer, 'x', sizeof buffer);
     const DWORD n = GetPrivateProfileSectionA("S", buffer, sizeof buffer, file.c_str());
-    EXPECT_EQ(n, 10u);
-    EXPECT_EQ(std::string(buffer, 11), std::string("a=1\0b=x=y\0\0", 11));
+    // A line without "=" comes as it stands; the comment and the blank line
+    // do not.
+    EXPECT_EQ(n, 25u);
+    EXPECT_EQ(std::string(buffer, 26), std::string("a=1\0no equals here\0b=x=y\0\0", 26));
+    // The key list of the section leaves that line out.
+    EXPECT_EQ(List("S", file), std::string("a\0b\0\0", 5));
 
-    // Missing and empty sections copy nothing.
+    // Missing sections and sections of blank lines and comments copy nothing.
     std::strcpy(buffer, "untouched");
     EXPECT_EQ(GetPrivateProfileSectionA("Empty", buffer, sizeof buffer, file.c_str()), 0u);
     EXPECT_EQ(GetPrivateProfileSectionA("Missing", buffer, sizeof buffer, file.c_str()), 0u);
@@ -132,7 +136,7 @@ TEST(PrivateProfile, ReadsASectionAsZeroSeparatedEntries)
 
     char small[7];
     EXPECT_EQ(GetPrivateProfileSectionA("S", small, sizeof small, file.c_str()), 5u);
-    EXPECT_EQ(std::string(small, 7), std::string("a=1\0b\0\0", 7));
+    EXPECT_EQ(std::string(small, 7), std::string("a=1\0n\0\0", 7));
 }
 
 TEST(PrivateProfile, WriteKeepsCommentsOrderAndOtherLines)

@@ -295,7 +295,7 @@ TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)
     }
     {
         vxtest::ScopedEnv env("XDG_RUNTIME_DIR", nullptr);
-        EXPECT_EQ(vx::WindowBusDirectory(), "/tmp/vxbase-" + std::to_string(geteuid()));
+        EXPECT_EQ(vx::WindowBusDirectory(), "/tmp/runtime-" + std::to_string(geteuid()) + "/vxbase");
     }
     vx::SetWindowBusLog(old);
 }

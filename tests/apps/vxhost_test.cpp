@@ -1,0 +1,172 @@
+// vxhost run as a program: every command does what its options say or
+// refuses them with its usage line (exit code 2), and ends by itself when
+// run without a display.
+#include "support/tempdir.h"
+#include "support/testenv.h"
+
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fcntl.h>
+#include <map>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+extern char** environ;
+
+namespace {
+
+struct Outcome {
+    int exitCode = -1; // -1: killed at the time limit, or died of a signal
+    std::string output; // standard output and standard error together
+};
+
+// Runs vxhost with `args` and the environment changed by `env` (nullopt
+// removes a variable), settings and window bus in a directory of its own.
+// Kills it after `limitSeconds`.
+Outcome RunVxhost(const std::vector<std::string>& args, std::map<std::string, std::optional<std::string>> env = {},
+              int limitSeconds = 60)
+{
+    vxtest::TempDir home;
+    env.emplace("VXBASE_WINDOWS_DIR", home.Path());
+    env.emplace("XDG_CONFIG_HOME", home.Path());
+    env.emplace("XDG_RUNTIME_DIR", home.Path());
+    env.emplace("QT_QPA_PLATFORM", "offscreen");
+    std::vector<std::string> entries;
+    for (char** e = environ; *e; ++e) {
+        const std::string entry = *e;
+        if (!env.count(entry.substr(0, entry.find('='))))
+            entries.push_back(entry);
+    }
+    for (const auto& [name, value] : env) {
+        if (value)
+            entries.push_back(name + "=" + *value);
+    }
+    std::vector<char*> envp;
+    for (auto& e : entries)
+        envp.push_back(e.data());
+    envp.push_back(nullptr);
+    std::vector<std::string> words{VXHOST_PROGRAM};
+    words.insert(words.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (auto& w : words)
+        argv.push_back(w.data());
+    argv.push_back(nullptr);
+
+    const std::string log = home.Path("output.txt");
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_adddup2(&actions, 1, 2);
+    posix_spawn_file_actions_addchdir_np(&actions, home.Path().c_str());
+    pid_t child = 0;
+    Outcome run;
+    const int spawned = posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), envp.data());
+    posix_spawn_file_actions_destroy(&actions);
+    if (spawned != 0) {
+        ADD_FAILURE() << "cannot start " << VXHOST_PROGRAM;
+        return run;
+    }
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(limitSeconds);
+    int status = 0;
+    for (;;) {
+        if (waitpid(child, &status, WNOHANG) == child) {
+            run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+            break;
+        }
+        if (std::chrono::steady_clock::now() > end) {
+            kill(child, SIGKILL);
+            waitpid(child, &status, 0);
+            ADD_FAILURE() << "vxhost did not end within " << limitSeconds << " s";
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    run.output = vxtest::ReadBytes(log);
+    return run;
+}
+
+bool Shows(const Outcome& run, const std::string& text)
+{
+    return run.output.find(text) != std::string::npos;
+}
+
+} // namespace
+
+TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
+{
+    struct Case {
+        std::vector<std::string> args;
+        const char* usage;
+    };
+    const Case cases[] = {
+        {{"--as", "AT", "--screenshot", "shots"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "IT", "--demo"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "AT", "--lifetime", "0"}, "usage: vxhost --as AT|IT"},
+        {{"--as"}, "usage: vxhost --as AT|IT"},
+        {{"gui", "--bogus"}, "usage: vxhost gui [--screenshot DIR]"},
+        {{"gui", "--screenshot"}, "usage: vxhost gui [--screenshot DIR]"},
+        {{"--screenshot"}, "usage: vxhost --screenshot DIR"},
+        {{"--screenshot", "a", "b"}, "usage: vxhost --screenshot DIR"},
+        {{"buttons", "x"}, "usage: vxhost buttons\n"},
+        {{"partner", "x"}, "usage: vxhost partner\n"},
+        {{"strings", "--x"}, "usage: vxhost strings [ROW]"},
+        {{"db", "a", "b"}, "usage: vxhost db [FILE]"},
+        {{"din", "--screenshot", "x"}, "usage: vxhost din [TEXT...]"},
+        {{"ini", "files", "--screenshot", "x"}, "usage: vxhost ini"},
+        {{"help", "x"}, "usage: vxhost help"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.args));
+        const Outcome run = RunVxhost(c.args, {}, 20);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_TRUE(Shows(run, c.usage)) << run.output;
+    }
+}
+
+TEST(Vxhost, ProgramsOfTheSuiteEndWithoutAPartner)
+{
+    // Run by the user: it waits for a partner as long as it was told.
+    Outcome run = RunVxhost({"--as", "AT", "--lifetime", "1"}, {}, 20);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(Shows(run, "[AT] no partner for 1 s: ending")) << run.output;
+    // Started as by the partner, with a partner that is not there.
+    run = RunVxhost({"--as", "IT", "--lifetime", "1", "@@C:\\Projekte\\Demo"}, {}, 20);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(Shows(run, "[IT] started by AT with \"@@C:\\Projekte\\Demo\"")) << run.output;
+    EXPECT_TRUE(Shows(run, "[IT] no partner for 1 s: ending")) << run.output;
+}
+
+TEST(Vxhost, WindowCommandsEndOffscreen)
+{
+    vxtest::TempDir shots;
+    Outcome run = RunVxhost({"--screenshot", shots.Path()});
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    int pngs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(shots.Path()))
+        pngs += entry.path().extension() == ".png";
+    EXPECT_GT(pngs, 0);
+
+    run = RunVxhost({"gui"});
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "offscreen: the frame was built")) << run.output;
+}
+
+TEST(Vxhost, TourShowsOnlyTheDemoWithoutARuntimeDirectory)
+{
+    // As for root on a fresh machine: no XDG_RUNTIME_DIR. The demo script
+    // runs offscreen unless told otherwise.
+    const Outcome run = RunVxhost({}, {{"XDG_RUNTIME_DIR", std::nullopt}}, 120);
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "Tour complete.")) << run.output;
+    EXPECT_FALSE(Shows(run, "QStandardPaths")) << run.output;
+    EXPECT_FALSE(Shows(run, "XDG_RUNTIME_DIR")) << run.output;
+}
