@@ -9,7 +9,7 @@
 // closing through libxlsxwriter, one worksheet each with the field names
 // in the first row (Office Open XML, which Excel opens under any name).
 // A sheet is found with or without the "$" that DAO puts after its name.
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/sqlite/sqliteengine_p.h"
 
 #include "platform/framework/codepage.h"
 #include "platform/framework/coledatetime.h"
@@ -41,7 +41,7 @@ double CellDate(const char* text)
 
 class ExcelDriver final : public IsamDriver {
 public:
-    void Load(DaoDatabasePrivate& db, const std::string& path, bool readOnly) override
+    void Load(SqliteEngine& db, const std::string& path, bool readOnly) override
     {
         if (!FileExists(path)) {
             if (!FileExists(DirectoryOf(path)))
@@ -67,7 +67,7 @@ public:
         freexl_close(book);
     }
 
-    void Save(DaoDatabasePrivate& db, const std::string& path) override
+    void Save(SqliteEngine& db, const std::string& path) override
     {
         const std::string temp = DirectoryOf(path) + "/.vx~" + std::string(NameOf(path));
         lxw_workbook* book = workbook_new(temp.c_str());
@@ -151,7 +151,7 @@ public:
     }
 
 private:
-    void LoadSheet(DaoDatabasePrivate& db, const void* book, unsigned short index)
+    void LoadSheet(SqliteEngine& db, const void* book, unsigned short index)
     {
         const char* utf8 = nullptr;
         if (freexl_get_worksheet_name(book, index, &utf8) != FREEXL_OK ||
