@@ -6,7 +6,6 @@
 #include "ui/images/cbitmap.h"
 #include "ui/controls/cbutton.h"
 #include "ui/images/cimagelist.h"
-#include "ui/menus/cmenu.h"
 #include "ui/desktop/playsound.h"
 #include "ui/windows/qtinterop.h"
 
@@ -65,91 +64,6 @@ TEST(CImageList, SplitsAStripAndDrawsThroughTheMask)
     EXPECT_FALSE(list.Remove(5));
     EXPECT_TRUE(list.Remove(-1));
     EXPECT_EQ(list.GetImageCount(), 0);
-}
-
-TEST(CMenu, ModelAnswersStatesIdsAndTexts)
-{
-    CMenu menu;
-    ASSERT_TRUE(menu.CreatePopupMenu());
-    CMenu sub;
-    sub.CreatePopupMenu();
-    sub.AppendMenu(MF_STRING, 21, "Inner");
-    menu.AppendMenu(MF_STRING, 10, "&Open\tCtrl+O");
-    menu.AppendMenu(MF_SEPARATOR);
-    menu.AppendMenu(MF_STRING | MF_GRAYED | MF_CHECKED, 11, "Save");
-    menu.AppendMenu(MF_POPUP, reinterpret_cast<UINT_PTR>(sub.Detach()), "More");
-    EXPECT_EQ(menu.GetMenuItemCount(), 4u);
-    EXPECT_EQ(menu.GetMenuItemID(0), 10u);
-    EXPECT_EQ(menu.GetMenuItemID(1), 0u);
-    EXPECT_EQ(menu.GetMenuItemID(3), static_cast<UINT>(-1));
-    EXPECT_EQ(menu.GetMenuState(11, MF_BYCOMMAND) & (MF_CHECKED | MF_GRAYED), MF_CHECKED | MF_GRAYED);
-    EXPECT_EQ(menu.GetMenuState(3, MF_BYPOSITION), MF_POPUP | (1u << 8));
-    EXPECT_EQ(menu.GetMenuState(99, MF_BYCOMMAND), static_cast<UINT>(-1));
-    CString text;
-    menu.GetMenuString(21, text, MF_BYCOMMAND); // found in the submenu
-    EXPECT_STREQ(text, "Inner");
-    EXPECT_EQ(menu.CheckMenuItem(11, MF_UNCHECKED), MF_CHECKED);
-    menu.EnableMenuItem(11, MF_ENABLED);
-    EXPECT_EQ(menu.GetMenuState(11, MF_BYCOMMAND) & (MF_CHECKED | MF_GRAYED), 0u);
-    menu.SetDefaultItem(10);
-    EXPECT_EQ(menu.GetDefaultItem(0), 10u);
-    menu.ModifyMenu(10, MF_BYCOMMAND | MF_OWNERDRAW, 12, reinterpret_cast<LPCSTR>(0x1234));
-    MENUITEMINFOA info{};
-    info.cbSize = sizeof info;
-    info.fMask = MIIM_ID | MIIM_DATA | MIIM_TYPE;
-    ASSERT_TRUE(menu.GetMenuItemInfo(0, &info, TRUE));
-    EXPECT_EQ(info.wID, 12u);
-    EXPECT_EQ(info.dwItemData, 0x1234u);
-    EXPECT_TRUE(info.fType & MFT_OWNERDRAW);
-    MENUINFO mi{sizeof(MENUINFO), MIM_BACKGROUND | MIM_APPLYTOSUBMENUS, 0, 0,
-                static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH)), 0, 0};
-    SetMenuInfo(menu, &mi);
-    MENUINFO back{sizeof(MENUINFO), MIM_BACKGROUND, 0, 0, nullptr, 0, 0};
-    GetMenuInfo(menu.GetSubMenu(3)->m_hMenu, &back);
-    EXPECT_EQ(back.hbrBack, mi.hbrBack);
-    HMENU inner = menu.GetSubMenu(3)->m_hMenu;
-    EXPECT_TRUE(menu.DeleteMenu(3, MF_BYPOSITION));
-    EXPECT_FALSE(IsMenu(inner)); // deleted with its item
-    HMENU h = menu.m_hMenu;
-    menu.DestroyMenu();
-    EXPECT_FALSE(IsMenu(h));
-}
-
-class Owner : public CWnd {
-public:
-    std::vector<UINT> messages;
-    std::vector<WPARAM> commands;
-
-protected:
-    LRESULT WindowProc(UINT m, WPARAM w, LPARAM l) override
-    {
-        messages.push_back(m);
-        if (m == WM_COMMAND)
-            commands.push_back(w);
-        return CWnd::WindowProc(m, w, l);
-    }
-};
-
-TEST(CMenu, TrackPopupGoesThroughThePresenter)
-{
-    Owner owner;
-    owner.CreateEx("owner", "Owner", WS_POPUP);
-    CMenu menu;
-    menu.CreatePopupMenu();
-    menu.AppendMenu(MF_STRING, 77, "Seventy-seven");
-    vx::PopupMenuRequest seen;
-    auto old = vx::SetPopupMenuPresenter([&](const vx::PopupMenuRequest& r) {
-        seen = r;
-        return 77u;
-    });
-    EXPECT_EQ(menu.TrackPopupMenuEx(TPM_RETURNCMD | TPM_NONOTIFY, 5, 6, &owner, nullptr), 77);
-    EXPECT_EQ(CPoint(seen.at), CPoint(5, 6));
-    EXPECT_EQ(std::count(owner.messages.begin(), owner.messages.end(), WM_INITMENUPOPUP), 0);
-    EXPECT_TRUE(menu.TrackPopupMenu(0, 1, 1, &owner));
-    EXPECT_EQ(std::count(owner.messages.begin(), owner.messages.end(), WM_INITMENUPOPUP), 1);
-    vx::PumpMessages();
-    EXPECT_EQ(owner.commands, std::vector<WPARAM>{77});
-    vx::SetPopupMenuPresenter(old);
 }
 
 class Clicks : public CWnd {
