@@ -4,6 +4,7 @@
 #include "ui/windows/qtinterop.h"
 #include "ui/windows/uiapp.h"
 
+#include "platform/framework/util_p.h"
 #include "platform/windows/hooks.h"
 #include "platform/windows/lasterror.h"
 #include "platform/windows/messagepump.h"
@@ -13,7 +14,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 namespace vx::menus {
@@ -45,7 +45,7 @@ int Mnemonic(const std::string& text)
             ++i;
             continue;
         }
-        return std::tolower(static_cast<unsigned char>(text[i + 1]));
+        return static_cast<unsigned char>(vx::AsciiLower(text[i + 1]));
     }
     return -1;
 }
@@ -276,7 +276,7 @@ void MenuTracker::OnChar(UINT ch)
     Menu* menu = MenuOf(handle);
     if (!menu)
         return;
-    const int key = std::tolower(static_cast<int>(ch & 0xFF));
+    const int key = static_cast<unsigned char>(vx::AsciiLower(static_cast<char>(ch & 0xFF)));
     std::vector<int> matches;
     for (std::size_t i = 0; i < menu->items.size(); ++i) {
         const MenuItem& it = menu->items[i];

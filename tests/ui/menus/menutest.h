@@ -68,8 +68,12 @@ protected:
             ++idles;
             if (steps.empty()) {
                 EndMenu();
-            } else if (steps.front()()) {
-                steps.pop_front();
+            } else {
+                if (steps.front()())
+                    steps.pop_front();
+                // The menu tells of idleness once until something happens:
+                // a message of no meaning makes the next step's moment.
+                PostMessage(WM_NULL);
             }
             return 0;
         case WM_MENUSELECT:
