@@ -3,7 +3,6 @@
 #include "base/displaystate.h"
 #include "base/vxglobals.h"
 #include "base/vxmessagebox.h"
-#include "config/kprofile.h"
 #include "platform/framework/extensionmodule.h"
 #include "platform/files/fileapi.h"
 #include "platform/windows/messagebox.h"
@@ -24,9 +23,11 @@ std::vector<void (*)()>& DetachHandlers()
     return handlers;
 }
 
+vx::FrameSettings g_settings; // zero until the settings install theirs
+
 int ReadDualMonitorKey(const char* key, int defaultValue)
 {
-    return static_cast<int>(KProfile::GetProfileIntA("2Monitor", key, defaultValue, -1));
+    return g_settings.suiteInt ? g_settings.suiteInt("2Monitor", key, defaultValue) : defaultValue;
 }
 
 void AppendCut(char* out, std::size_t size, const char* text)
@@ -173,11 +174,9 @@ int Attach(HINSTANCE instance)
     // original would fail the load there, the port only repeats the file
     // steps.
     AfxInitExtensionModule(g_module, static_cast<HMODULE>(instance));
-    // A new attach works the directory out afresh, for a host or a test that
-    // changed the environment in between.
-    KProfile::m_sWindowsDir.Empty();
     g_vexalprofiledir[0] = 0;
-    KProfile::GetWindowsDirectoryA(g_vexalprofiledir, sizeof g_vexalprofiledir);
+    if (g_settings.suiteDirectory)
+        g_settings.suiteDirectory(g_vexalprofiledir, sizeof g_vexalprofiledir);
     AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "\\");
     std::memcpy(g_vexalglobalprofiledir, g_vexalprofiledir, sizeof g_vexalglobalprofiledir);
     AppendCut(g_vexalprofiledir, sizeof g_vexalprofiledir, "VEXAL55.INI");
@@ -185,6 +184,11 @@ int Attach(HINSTANCE instance)
     MigrateSuiteFile(g_vexalglobalprofiledir, g_vexalprofiledir);
     StartDualMonitor();
     return 1;
+}
+
+void SetFrameSettings(const FrameSettings& settings)
+{
+    g_settings = settings;
 }
 
 void Detach()

@@ -64,6 +64,19 @@ VXBASE_EXPORT void DetachLibrary();
 // Adds work for the detach path (the window classes delete their shared
 // brushes there).
 VXBASE_EXPORT void AtLibraryDetach(void (*handler)());
+// The settings that the attach path reads. They stand above this frame
+// (config/ is built on base/), so the settings code installs how they are
+// read when the library loads; until then the suite's folder is empty and
+// every key reads as its default.
+struct FrameSettings {
+    // The folder of the suite's files (KProfile::GetWindowsDirectoryA),
+    // worked out afresh on each call; returns its length.
+    unsigned (*suiteDirectory)(char* buffer, unsigned size) = nullptr;
+    // A number of the suite's file (KProfile::GetProfileIntA, scope -1).
+    int (*suiteInt)(const char* section, const char* key, int defaultValue) = nullptr;
+};
+VXBASE_EXPORT void SetFrameSettings(const FrameSettings& settings);
+
 // Copies `oldFile` to `newFile` unless `newFile` exists, and deletes
 // `oldFile` only if the copy succeeded. Returns whether it moved.
 VXBASE_EXPORT bool MigrateSuiteFile(const char* oldFile, const char* newFile);

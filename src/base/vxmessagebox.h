@@ -12,6 +12,16 @@
 // `result` if the partner showed the box, 0 if this program must show it.
 VXBASE_EXPORT int PartnerMessageBox(int* result, const char* text, unsigned type, unsigned help);
 
+namespace vx {
+
+// How PartnerMessageBox hands a box to the partner. The link stands above
+// this layer and installs it when it starts (KProcessIO::Init); until then
+// every box is shown here. Returns the route it replaces.
+using PartnerMessageBoxRoute = int (*)(int* result, const char* text, unsigned type, unsigned help);
+VXBASE_EXPORT PartnerMessageBoxRoute SetPartnerMessageBoxRoute(PartnerMessageBoxRoute route);
+
+} // namespace vx
+
 VXBASE_EXPORT int VxAfxMessageBox(const char* text, unsigned type, unsigned help);
 // Loads string `id` first.
 VXBASE_EXPORT int VxAfxMessageBox(unsigned id, unsigned type, unsigned help);

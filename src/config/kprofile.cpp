@@ -1,5 +1,6 @@
 #include "config/kprofile.h"
 
+#include "base/libraryframe.h"
 #include "base/vxglobals.h"
 #include "config/numbertext_p.h"
 #include "platform/files/appdirs.h"
@@ -28,6 +29,27 @@ char g_projectprofiledirAT[260] = {};
 char g_projectprofiledirIT[260] = {};
 
 CString KProfile::m_sWindowsDir;
+
+namespace {
+
+// The library frame stands below the settings, so they hand it what its
+// attach path reads.
+[[maybe_unused]] const bool kFrameSettingsInstalled = [] {
+    vx::FrameSettings settings;
+    settings.suiteDirectory = [](char* buffer, unsigned size) {
+        // Afresh on each attach, for a host or a test that changed the
+        // environment in between.
+        KProfile::m_sWindowsDir.Empty();
+        return KProfile::GetWindowsDirectoryA(buffer, size);
+    };
+    settings.suiteInt = [](const char* section, const char* key, int defaultValue) {
+        return static_cast<int>(KProfile::GetProfileIntA(section, key, defaultValue, -1));
+    };
+    vx::SetFrameSettings(settings);
+    return true;
+}();
+
+} // namespace
 
 namespace vx {
 

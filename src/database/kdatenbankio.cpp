@@ -118,41 +118,59 @@ int KDatenbankIO::DateiVorhanden(const char* file)
     return 1;
 }
 
-// Steps 1 to 4 of every open: 1 with the database open, or 0 with the error.
-int KDatenbankIO::OpenExisting(CString file, int readOnly)
+namespace {
+
+// Opens a workbook; 1, or 0 with the database freed.
+int OpenWorkbook(CDaoDatabase** db, const CString& file)
+{
+    try {
+        closeDatabase(db);
+        *db = new CDaoDatabase;
+        (*db)->Open(file, FALSE, FALSE, "Excel 5.0");
+        return 1;
+    } catch (CDaoException& e) {
+        if (showerrorDatabase)
+            VxAfxMessageBox(GetString(6713) + e.m_pErrorInfo->m_strDescription, MB_OK, 0);
+    } catch (CMemoryException&) {
+        VxAfxMessageBox(GetString(6714), MB_OK, 0);
+    }
+    delete *db;
+    *db = nullptr;
+    return 0;
+}
+
+} // namespace
+
+// The steps every open begins with. An object with an open database
+// answers at once, whatever the path. Else the file must exist (a missing
+// one tells a missing directory apart) and open as a database, or as a
+// workbook.
+KDatenbankIO::OpenResult KDatenbankIO::OpenExisting(CString file, int readOnly, bool workbook)
 {
     m_OpenError = DbKeinFehler;
     if (m_pDatabase && m_pDatabase->IsOpen())
-        return 1;
+        return OpenResult::WasOpen;
     m_OpenError = DbFehlerDatei;
     if (file.IsEmpty())
-        return 0;
+        return OpenResult::Failed;
     m_DateiPfad = file;
     if (!DateiVorhanden(file)) {
         if (!DirectoryReadable(file))
             m_OpenError = DbFehlerVerzeichnis;
-        return 0;
+        return OpenResult::Failed;
     }
     m_OpenError = DbFehlerDatenbank;
-    if (openDatabase(&m_pDatabase, file, 1, readOnly) < 1) {
+    const bool opened = workbook ? OpenWorkbook(&m_pDatabase, file) != 0
+                                 : openDatabase(&m_pDatabase, file, 1, readOnly) >= 1;
+    if (!opened) {
         DbSchliessen();
-        return 0;
+        return OpenResult::Failed;
     }
-    return 1;
+    return OpenResult::Opened;
 }
 
-int KDatenbankIO::DbOeffnen(CString file, int check, DbSortierType sort, const char* sortField1,
-                            const char* sortField2)
+int KDatenbankIO::OpenMainTable(const std::function<void()>& openSet)
 {
-    if (m_pDatabase && m_pDatabase->IsOpen()) {
-        m_OpenError = DbKeinFehler;
-        return 1;
-    }
-    if (!OpenExisting(file, s_bReadOnly))
-        return 0;
-    m_bReadOnly = s_bReadOnly;
-    if (m_TableName.IsEmpty())
-        m_TableName = HoleTablename(m_pDatabase);
     m_OpenError = DbFehlerTabelle;
     if (!openTableDef(m_pDatabase, &m_pTableDef, m_TableName, 0)) {
         DbSchliessen();
@@ -162,6 +180,43 @@ int KDatenbankIO::DbOeffnen(CString file, int check, DbSortierType sort, const c
     m_pDbRecordset = new CDaoRecordset(m_pDatabase);
     DbTableAktivieren(nullptr);
     try {
+        openSet();
+    } catch (CDaoException&) {
+        // A sort field the table doesn't have, or a table the set can't read.
+        m_OpenError = DbFehlerTabelle;
+        DbSchliessen();
+        return 0;
+    }
+    return 1;
+}
+
+int KDatenbankIO::CheckOpenedFields()
+{
+    m_OpenError = DbFelderPruefen();
+    if (m_OpenError != 0) {
+        DbSchliessen();
+        return 0;
+    }
+    return 1;
+}
+
+void KDatenbankIO::OpenWithoutTable()
+{
+    m_OpenError = DbKeinFehler;
+    m_pDbRecordset = new CDaoRecordset(m_pDatabase);
+    DbTableAktivieren(nullptr);
+}
+
+int KDatenbankIO::DbOeffnen(CString file, int check, DbSortierType sort, const char* sortField1,
+                            const char* sortField2)
+{
+    const OpenResult opened = OpenExisting(file, s_bReadOnly, false);
+    if (opened != OpenResult::Opened)
+        return opened == OpenResult::WasOpen;
+    m_bReadOnly = s_bReadOnly;
+    if (m_TableName.IsEmpty())
+        m_TableName = HoleTablename(m_pDatabase);
+    const int ready = OpenMainTable([&] {
         if (sortField1 && *sortField1 && sortField2 && *sortField2) {
             // Nulls in the sort field become empty texts, so that they sort
             // like them. A file that can't be written keeps its nulls.
@@ -189,126 +244,40 @@ int KDatenbankIO::DbOeffnen(CString file, int check, DbSortierType sort, const c
         }
         m_SortierTyp = sort;
         OpenSet(nullptr);
-    } catch (CDaoException&) {
-        // A sort field the table doesn't have.
-        m_OpenError = DbFehlerTabelle;
-        DbSchliessen();
+    });
+    if (!ready)
         return 0;
-    }
     if (m_AnzahlPflichtFelder == 0)
         m_AnzahlPflichtFelder = m_FeldNamen.GetSize();
-    if (check) {
-        m_OpenError = DbFelderPruefen();
-        if (m_OpenError != 0) {
-            DbSchliessen();
-            return 0;
-        }
-    }
-    return 1;
+    return check ? CheckOpenedFields() : 1;
 }
 
 int KDatenbankIO::DbOeffnenOhneTable(CString file)
 {
-    if (m_pDatabase && m_pDatabase->IsOpen()) {
-        m_OpenError = DbKeinFehler;
-        return 1;
-    }
-    if (!OpenExisting(file, 0))
-        return 0;
-    m_OpenError = DbKeinFehler;
-    m_pDbRecordset = new CDaoRecordset(m_pDatabase);
-    DbTableAktivieren(nullptr);
-    return 1;
+    const OpenResult opened = OpenExisting(file, 0, false);
+    if (opened == OpenResult::Opened)
+        OpenWithoutTable();
+    return opened != OpenResult::Failed;
 }
-
-namespace {
-
-// Opens a workbook; 1, or 0 with the database freed.
-int OpenWorkbook(CDaoDatabase** db, const CString& file)
-{
-    try {
-        closeDatabase(db);
-        *db = new CDaoDatabase;
-        (*db)->Open(file, FALSE, FALSE, "Excel 5.0");
-        return 1;
-    } catch (CDaoException& e) {
-        if (showerrorDatabase)
-            VxAfxMessageBox(GetString(6713) + e.m_pErrorInfo->m_strDescription, MB_OK, 0);
-    } catch (CMemoryException&) {
-        VxAfxMessageBox(GetString(6714), MB_OK, 0);
-    }
-    delete *db;
-    *db = nullptr;
-    return 0;
-}
-
-} // namespace
 
 int KDatenbankIO::DbOeffnenExcel(CString file, const char* table)
 {
-    if (m_pDatabase && m_pDatabase->IsOpen()) {
-        m_OpenError = DbKeinFehler;
-        return 1;
-    }
-    m_OpenError = DbFehlerDatei;
-    if (file.IsEmpty())
-        return 0;
-    m_DateiPfad = file;
-    if (!DateiVorhanden(file)) {
-        if (!DirectoryReadable(file))
-            m_OpenError = DbFehlerVerzeichnis;
-        return 0;
-    }
+    const OpenResult opened = OpenExisting(file, 0, true);
+    if (opened != OpenResult::Opened)
+        return opened == OpenResult::WasOpen;
     m_TableName = table;
-    m_OpenError = DbFehlerDatenbank;
-    if (!OpenWorkbook(&m_pDatabase, file))
+    if (!OpenMainTable([this] { OpenSet(nullptr); }))
         return 0;
-    m_OpenError = DbFehlerTabelle;
-    if (!openTableDef(m_pDatabase, &m_pTableDef, m_TableName, 0)) {
-        DbSchliessen();
-        return 0;
-    }
-    m_OpenError = DbKeinFehler;
-    m_pDbRecordset = new CDaoRecordset(m_pDatabase);
-    DbTableAktivieren(nullptr);
-    try {
-        OpenSet(nullptr);
-    } catch (CDaoException&) {
-        m_OpenError = DbFehlerTabelle;
-        DbSchliessen();
-        return 0;
-    }
     m_AnzahlPflichtFelder = m_FeldNamen.GetSize();
-    m_OpenError = DbFelderPruefen();
-    if (m_OpenError != 0) {
-        DbSchliessen();
-        return 0;
-    }
-    return 1;
+    return CheckOpenedFields();
 }
 
 int KDatenbankIO::DbOeffnenExcelOhneTable(CString file)
 {
-    if (m_pDatabase && m_pDatabase->IsOpen()) {
-        m_OpenError = DbKeinFehler;
-        return 1;
-    }
-    m_OpenError = DbFehlerDatei;
-    if (file.IsEmpty())
-        return 0;
-    m_DateiPfad = file;
-    if (!DateiVorhanden(file)) {
-        if (!DirectoryReadable(file))
-            m_OpenError = DbFehlerVerzeichnis;
-        return 0;
-    }
-    m_OpenError = DbFehlerDatenbank;
-    if (!OpenWorkbook(&m_pDatabase, file))
-        return 0;
-    m_OpenError = DbKeinFehler;
-    m_pDbRecordset = new CDaoRecordset(m_pDatabase);
-    DbTableAktivieren(nullptr);
-    return 1;
+    const OpenResult opened = OpenExisting(file, 0, true);
+    if (opened == OpenResult::Opened)
+        OpenWithoutTable();
+    return opened != OpenResult::Failed;
 }
 
 int KDatenbankIO::DbAnlegen(CString file, int indexField)

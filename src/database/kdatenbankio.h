@@ -33,6 +33,7 @@
 #include "platform/dao/daotabledef.h"
 #include "vxbase_export.h"
 
+#include <functional>
 #include <memory>
 
 // The order of the records: 0 none, 1 ascending, any other descending.
@@ -271,7 +272,17 @@ protected:
     int DbFelderPruefen();
 
 private:
-    int OpenExisting(CString file, int readOnly);
+    enum class OpenResult { Failed, Opened, WasOpen };
+    // The steps every open begins with: the file checked and opened.
+    OpenResult OpenExisting(CString file, int readOnly, bool workbook);
+    // The main table m_TableName with its record set, opened by `openSet`:
+    // 1, or 0 with the error set and the database closed.
+    int OpenMainTable(const std::function<void()>& openSet);
+    // DbFelderPruefen as the last step of an open: 1, or 0 with the error
+    // set and the database closed.
+    int CheckOpenedFields();
+    // An open database without a table: an empty record set.
+    void OpenWithoutTable();
     void AddField(CDaoTableDef* def, const CString& name, unsigned short length, unsigned short type);
     void ReadValue(const char* name);
     CStringArray* ActiveNames();

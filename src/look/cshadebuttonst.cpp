@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <initializer_list>
 
 namespace {
 
@@ -25,6 +26,218 @@ Rgb Split(COLORREF c)
     return Rgb{GetRValue(c), GetGValue(c), GetBValue(c)};
 }
 
+// The face, highlight and shadow of a design: the system's, three fixed
+// ones, or a user colour with highlight and shadow as far off as the
+// colour's nearest distance to 0 or 255.
+struct DesignColours {
+    COLORREF face, hi, lo;
+};
+
+DesignColours ColoursOfDesign(DWORD design)
+{
+    switch (design) {
+    case 0:
+        return {GetSysColor(COLOR_BTNFACE), GetSysColor(COLOR_BTNHIGHLIGHT), GetSysColor(COLOR_BTNSHADOW)};
+    case 1:
+        return {0xC0C0C0, 0xF2F2F2, 0x8E8E8E};
+    case 2:
+        return {0xB2B2B2, 0xE4E4E4, 0x808080};
+    case 3:
+        return {0xCCB7AF, 0xFEE9E1, 0x9A857D};
+    default: {
+        const Rgb f = Split(design);
+        long d = 255;
+        for (long c : {f.r, f.g, f.b})
+            d = std::min({d, c, 255 - c});
+        return {design, RGB(f.r + d, f.g + d, f.b + d), RGB(f.r - d, f.g - d, f.b - d)};
+    }
+    }
+}
+
+// Shadow to face over entries 0..128, face to highlight over 128..255.
+void SetShadePalette(const DesignColours& c, std::initializer_list<CShadeDib*> dibs)
+{
+    const Rgb f = Split(c.face);
+    const Rgb H = Split(c.hi);
+    const Rgb L = Split(c.lo);
+    for (long i = 0; i < 129; ++i) {
+        const BYTE r = static_cast<BYTE>((L.r * (128 - i) + f.r * i) >> 7);
+        const BYTE g = static_cast<BYTE>((L.g * (128 - i) + f.g * i) >> 7);
+        const BYTE b = static_cast<BYTE>((L.b * (128 - i) + f.b * i) >> 7);
+        for (CShadeDib* d : dibs)
+            d->SetPaletteIndex(static_cast<BYTE>(i), r, g, b);
+    }
+    for (long i = 1; i < 129; ++i) {
+        const BYTE r = static_cast<BYTE>((H.r * i + f.r * (128 - i)) >> 7);
+        const BYTE g = static_cast<BYTE>((H.g * i + f.g * (128 - i)) >> 7);
+        const BYTE b = static_cast<BYTE>((H.b * i + f.b * (128 - i)) >> 7);
+        for (CShadeDib* d : dibs)
+            d->SetPaletteIndex(static_cast<BYTE>(i + 127), r, g, b);
+    }
+}
+
+// Every other pixel of a one-pixel line at the top of the palette.
+void DrawDots(CShadeDib& horizontal, CShadeDib& vertical)
+{
+    if (BYTE* bits = horizontal.GetBits()) {
+        for (long i = 0; i < horizontal.GetWidth(); ++i)
+            bits[i] = static_cast<BYTE>((i & 1) ? 255 : 0);
+    }
+    if (BYTE* bits = vertical.GetBits()) {
+        for (long i = 0; i < vertical.GetHeight(); ++i)
+            bits[i * vertical.GetLineWidth()] = static_cast<BYTE>((i & 1) ? 255 : 0);
+    }
+}
+
+// What every shade works with: the face's size and the noise of amplitude
+// `g` around a value. A pixel takes the low byte of its value, so values
+// outside 0..255 wrap, as they did on the original.
+struct Shading {
+    Shading(CShadeDib& face, long width, long height, long granularity)
+        : dib(face), w(width), h(height), g(granularity), top(255 - g), a(top - g),
+          n(0x7FFF / static_cast<long long>(g ? g * 2 : 1))
+    {
+    }
+
+    long Noise() const { return static_cast<long>(Rand15() / n) - g; }
+    void Put(long x, long y, long v) const { dib.SetPixelIndex(x, y, static_cast<BYTE>(v & 0xFF)); }
+    static long long Cube(long long t) { return t * t * t; }
+    // A bump of t in -127..128: flat in the middle, steep at the ends.
+    long Bump(long long t, long span) const { return static_cast<long>(Cube(t) / 16384 * span / 128 + 128); }
+
+    CShadeDib& dib;
+    const long w, h, g, top, a;
+    const long long n;
+};
+
+void ShadeNoise(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y)
+        for (long x = 0; x < s.w; ++x)
+            s.Put(x, y, s.Noise() - 128);
+}
+
+void ShadeDiagonal(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y)
+        for (long x = 0; x < s.w; ++x)
+            s.Put(x, y, (s.a / 2) * (s.w - x) / s.w + (s.a / 2) * y / s.h + s.g + s.Noise());
+}
+
+void ShadeHorizontal(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y)
+        for (long x = 0; x < s.w; ++x)
+            s.Put(x, y, s.a * y / s.h + s.g + s.Noise());
+}
+
+// Column 0 keeps the index the bitmap was made with.
+void ShadeVertical(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y)
+        for (long x = 1; x < s.w; ++x)
+            s.Put(x, y, s.a * (s.w - x) / s.w + s.g + s.Noise());
+}
+
+void ShadeHorizontalBump(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y) {
+        const long long t = 255LL * y / s.h - 127;
+        for (long x = 0; x < s.w; ++x)
+            s.Put(x, y, s.Bump(t, 128 - s.g) + s.Noise());
+    }
+}
+
+void ShadeVerticalBump(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y) {
+        for (long x = 0; x < s.w; ++x) {
+            const long long t = 255LL * (s.w - x) / s.w - 127;
+            s.Put(x, y, s.Bump(t, 128 - s.g) + s.Noise());
+        }
+    }
+}
+
+void ShadeSoftBump(const Shading& s)
+{
+    for (long y = 0; y < s.h; ++y) {
+        const long long th = 255LL * y / s.h - 127;
+        for (long x = 0; x < s.w; ++x) {
+            const long long tv = 255LL * (s.w - x) / s.w - 127;
+            long v = static_cast<long>((Shading::Cube(th) + Shading::Cube(tv)) / 16384 * (128 - s.g) / 128 + 128);
+            v = std::clamp(v, s.g, s.top);
+            s.Put(x, y, v + s.Noise());
+        }
+    }
+}
+
+// A horizontal bump with rounded ends, both in one pass so that each pixel
+// takes one random number.
+void ShadeHardBump(const Shading& s)
+{
+    const long w = s.w;
+    const long h = s.h;
+    const long p = std::min(16L, w / 6);
+    const long long d = static_cast<long long>(h) * h / 4;
+    // Too narrow or too low for rounded ends: the plain bump stays.
+    const bool ends = p > 0 && d > 0;
+    for (long y = 0; y < h; ++y) {
+        const long base = s.Bump(255LL * y / h - 127, (64 - s.g) * 2);
+        const long long limit =
+            ends ? ((static_cast<long long>(p) * y - p * h / 2) * (y - h / 2)) / d - p + w / 2 : 0;
+        for (long x = 0; x < w; ++x) {
+            const long u = x - w / 2;
+            long v = base;
+            if (ends && u > limit)
+                v = 128 * (w - x) / p + s.g;
+            else if (ends && u + limit < 0)
+                v = s.top - 128 * x / p;
+            s.Put(x, y, v + s.Noise());
+        }
+    }
+}
+
+// 200 crosses of random place, size and brightness, then a diagonal shade
+// with noise over them.
+void ShadeMetal(const Shading& s)
+{
+    s.dib.SetBits(0);
+    const long smaller = std::min(s.w, s.h);
+    for (int k = 0; k < 200; ++k) {
+        const long x0 = Rand15() % s.w;
+        const long y0 = Rand15() % s.h;
+        const long radius = (Rand15() % smaller) / 2;
+        const long bright = Rand15() / 0x333;
+        for (long i = 0; i <= radius; ++i) {
+            s.Put(x0 + i, y0 - i, bright);
+            s.Put(x0 - i, y0 + i, bright);
+        }
+    }
+    const long am = (s.top - s.g - 40) / 2;
+    for (long y = 0; y < s.h; ++y) {
+        for (long x = 0; x < s.w; ++x) {
+            const long v = s.dib.GetPixelIndex(x, y) + am * (s.w - x) / s.w + am * y / s.h +
+                           static_cast<long>(Rand15() / s.n);
+            s.Put(x, y, v);
+        }
+    }
+}
+
+void DrawShade(UINT shade, const Shading& s)
+{
+    switch (shade) {
+    case CShadeButtonST::SHS_DIAGSHADE: return ShadeDiagonal(s);
+    case CShadeButtonST::SHS_HSHADE: return ShadeHorizontal(s);
+    case CShadeButtonST::SHS_VSHADE: return ShadeVertical(s);
+    case CShadeButtonST::SHS_HBUMP: return ShadeHorizontalBump(s);
+    case CShadeButtonST::SHS_VBUMP: return ShadeVerticalBump(s);
+    case CShadeButtonST::SHS_SOFTBUMP: return ShadeSoftBump(s);
+    case CShadeButtonST::SHS_HARDBUMP: return ShadeHardBump(s);
+    case CShadeButtonST::SHS_METAL: return ShadeMetal(s);
+    default: return ShadeNoise(s); // SHS_NOISE and unknown numbers
+    }
+}
+
 } // namespace
 
 CShadeButtonST::CShadeButtonST() = default;
@@ -39,185 +252,19 @@ void CShadeButtonST::SetShade(UINT shade, BYTE granularity, BYTE highlight, BYTE
     if (w <= 0 || h <= 0)
         return;
 
-    // 1. The bitmaps.
-    m_dh.Create(std::max(1L, w), 1, 8);
-    m_dv.Create(1, std::max(1L, h), 8);
+    m_dh.Create(w, 1, 8);
+    m_dv.Create(1, h, 8);
     m_dNormal.Create(w, h, 8);
-
-    // 2. Face, highlight and shadow of the design's colour.
-    COLORREF face, hi, lo;
-    switch (m_InitShade) {
-    case 0:
-        face = GetSysColor(COLOR_BTNFACE);
-        hi = GetSysColor(COLOR_BTNHIGHLIGHT);
-        lo = GetSysColor(COLOR_BTNSHADOW);
-        break;
-    case 1:
-        face = 0xC0C0C0;
-        hi = 0xF2F2F2;
-        lo = 0x8E8E8E;
-        break;
-    case 2:
-        face = 0xB2B2B2;
-        hi = 0xE4E4E4;
-        lo = 0x808080;
-        break;
-    case 3:
-        face = 0xCCB7AF;
-        hi = 0xFEE9E1;
-        lo = 0x9A857D;
-        break;
-    default: {
-        face = m_InitShade;
-        const Rgb f = Split(face);
-        long d = 255;
-        for (long c : {f.r, f.g, f.b})
-            d = std::min({d, c, 255 - c});
-        hi = RGB(f.r + d, f.g + d, f.b + d);
-        lo = RGB(f.r - d, f.g - d, f.b - d);
-        break;
-    }
-    }
-
-    // 3. The palette: shadow to face over 0..128, face to highlight over 128..255.
-    const Rgb f = Split(face);
-    const Rgb H = Split(hi);
-    const Rgb L = Split(lo);
-    for (long i = 0; i < 129; ++i) {
-        const BYTE r = static_cast<BYTE>((L.r * (128 - i) + f.r * i) >> 7);
-        const BYTE g = static_cast<BYTE>((L.g * (128 - i) + f.g * i) >> 7);
-        const BYTE b = static_cast<BYTE>((L.b * (128 - i) + f.b * i) >> 7);
-        for (CShadeDib* d : {&m_dNormal, &m_dh, &m_dv})
-            d->SetPaletteIndex(static_cast<BYTE>(i), r, g, b);
-    }
-    for (long i = 1; i < 129; ++i) {
-        const BYTE r = static_cast<BYTE>((H.r * i + f.r * (128 - i)) >> 7);
-        const BYTE g = static_cast<BYTE>((H.g * i + f.g * (128 - i)) >> 7);
-        const BYTE b = static_cast<BYTE>((H.b * i + f.b * (128 - i)) >> 7);
-        for (CShadeDib* d : {&m_dNormal, &m_dh, &m_dv})
-            d->SetPaletteIndex(static_cast<BYTE>(i + 127), r, g, b);
-    }
-
-    // 4. The colouring.
+    const DesignColours colours = ColoursOfDesign(m_InitShade);
+    SetShadePalette(colours, {&m_dNormal, &m_dh, &m_dv});
     m_dNormal.BlendPalette(color, coloring);
+    DrawDots(m_dh, m_dv);
+    DrawShade(shade, Shading(m_dNormal, w, h, granularity));
 
-    // 5. The dotted lines.
-    if (BYTE* bits = m_dh.GetBits()) {
-        for (long i = 0; i < m_dh.GetWidth(); ++i)
-            bits[i] = static_cast<BYTE>((i & 1) ? 255 : 0);
-    }
-    if (BYTE* bits = m_dv.GetBits()) {
-        for (long i = 0; i < m_dv.GetHeight(); ++i)
-            bits[i * m_dv.GetLineWidth()] = static_cast<BYTE>((i & 1) ? 255 : 0);
-    }
-
-    // 6. The pixels.
-    const long g = granularity;
-    const long g2 = g ? g * 2 : 1;
-    const long long n = 0x7FFF / static_cast<long long>(g2);
-    auto noise = [&]() -> long { return static_cast<long>(Rand15() / n) - g; };
-    const long top = 255 - g;
-    const long a = top - g;
-    auto put = [&](long x, long y, long v) { m_dNormal.SetPixelIndex(x, y, static_cast<BYTE>(v & 0xFF)); };
-    auto cube = [](long long t) { return t * t * t; };
-
-    switch (shade) {
-    case SHS_DIAGSHADE:
-        for (long y = 0; y < h; ++y)
-            for (long x = 0; x < w; ++x)
-                put(x, y, (a / 2) * (w - x) / w + (a / 2) * y / h + g + noise());
-        break;
-    case SHS_HSHADE:
-        for (long y = 0; y < h; ++y)
-            for (long x = 0; x < w; ++x)
-                put(x, y, a * y / h + g + noise());
-        break;
-    case SHS_VSHADE:
-        for (long y = 0; y < h; ++y)
-            for (long x = 1; x < w; ++x)
-                put(x, y, a * (w - x) / w + g + noise());
-        break;
-    case SHS_HBUMP:
-        for (long y = 0; y < h; ++y) {
-            const long long t = 255LL * y / h - 127;
-            for (long x = 0; x < w; ++x)
-                put(x, y, static_cast<long>(cube(t) / 16384 * (128 - g) / 128 + 128) + noise());
-        }
-        break;
-    case SHS_VBUMP:
-        for (long y = 0; y < h; ++y) {
-            for (long x = 0; x < w; ++x) {
-                const long long t = 255LL * (w - x) / w - 127;
-                put(x, y, static_cast<long>(cube(t) / 16384 * (128 - g) / 128 + 128) + noise());
-            }
-        }
-        break;
-    case SHS_SOFTBUMP:
-        for (long y = 0; y < h; ++y) {
-            const long long th = 255LL * y / h - 127;
-            for (long x = 0; x < w; ++x) {
-                const long long tv = 255LL * (w - x) / w - 127;
-                long v = static_cast<long>((cube(th) + cube(tv)) / 16384 * (128 - g) / 128 + 128);
-                v = std::clamp(v, g, top);
-                put(x, y, v + noise());
-            }
-        }
-        break;
-    case SHS_HARDBUMP: {
-        const long p = std::min(16L, w / 6);
-        const long long d = static_cast<long long>(h) * h / 4;
-        for (long y = 0; y < h; ++y) {
-            const long long t = 255LL * y / h - 127;
-            const long base = static_cast<long>(cube(t) / 16384 * ((64 - g) * 2) / 128 + 128);
-            // Too narrow or too low for rounded ends: the plain bump stays.
-            const bool ends = p > 0 && d > 0;
-            const long long limit = ends ? ((static_cast<long long>(p) * y - p * h / 2) * (y - h / 2)) / d - p + w / 2 : 0;
-            for (long x = 0; x < w; ++x) {
-                const long u = x - w / 2;
-                long v = base;
-                if (ends && u > limit)
-                    v = 128 * (w - x) / p + g;
-                else if (ends && u + limit < 0)
-                    v = top - 128 * x / p;
-                put(x, y, v + noise());
-            }
-        }
-        break;
-    }
-    case SHS_METAL: {
-        m_dNormal.SetBits(0);
-        const long smaller = std::min(w, h);
-        for (int k = 0; k < 200; ++k) {
-            const long x0 = Rand15() % w;
-            const long y0 = Rand15() % h;
-            const long radius = (Rand15() % smaller) / 2;
-            const long bright = Rand15() / 0x333;
-            for (long i = 0; i <= radius; ++i) {
-                put(x0 + i, y0 - i, bright);
-                put(x0 - i, y0 + i, bright);
-            }
-        }
-        const long am = (top - g - 40) / 2;
-        for (long y = 0; y < h; ++y) {
-            for (long x = 0; x < w; ++x) {
-                const long v = m_dNormal.GetPixelIndex(x, y) + am * (w - x) / w + am * y / h +
-                               static_cast<long>(Rand15() / n);
-                put(x, y, v);
-            }
-        }
-        break;
-    }
-    default: // SHS_NOISE
-        for (long y = 0; y < h; ++y)
-            for (long x = 0; x < w; ++x)
-                put(x, y, noise() - 128);
-        break;
-    }
-
-    // 7. The hover, disabled and spare faces.
+    // The hover, disabled and pressed faces.
     m_dDisabled.Clone(&m_dNormal);
     m_dOver.Clone(&m_dNormal);
-    m_dOver.BlendPalette(hi, highlight);
+    m_dOver.BlendPalette(colours.hi, highlight);
     m_dDown.Clone(&m_dOver);
 }
 

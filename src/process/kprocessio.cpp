@@ -3,6 +3,7 @@
 
 #include "base/hostmessages.h"
 #include "base/libraryframe.h"
+#include "base/vxmessagebox.h"
 #include "config/kprofile.h"
 #include "platform/windows/cwnd.h"
 #include "platform/files/filefind.h"
@@ -335,6 +336,7 @@ int KProcessIO::Init(MainframeType type, CWnd* frame, const char* exePath, int s
     ResolveLogPath();
     vx::SetWindowBusLog([](const std::string& line) { LogLine(line.c_str(), 0, vx::kLogLink); });
 
+    vx::SetPartnerMessageBoxRoute(&ShowBoxAtPartner);
     m_Active = 1;
     s_ClosePartner.Create(type);
     s_ClosePartner.SetRun(1);

@@ -20,5 +20,7 @@ int LogLine(const char* text, long long id, ProcessLevelType level);
 BOOL ShowAnyWindow(HWND hwnd, int command);
 // Sends a message with at most one string as payload and frees it.
 void SendSimple(HWND target, ProcessIDType id, const char* text, int size);
+// The partner route of PartnerMessageBox, which Init installs.
+int ShowBoxAtPartner(int* result, const char* text, unsigned type, unsigned help);
 
 } // namespace vx::detail

@@ -184,6 +184,37 @@ TEST_F(LibraryFrame, MessageBoxesShowLocallyWithoutAPartner)
     EXPECT_EQ(PartnerMessageBox(&result, "x", MB_OK, 0), 0);
 }
 
+// The link installs the partner route; every wrapper asks it first, and a
+// route that declines leaves the box to this program.
+TEST_F(LibraryFrame, MessageBoxesTakeTheInstalledPartnerRoute)
+{
+    InstallBoxes(IDYES);
+    static std::vector<std::string> routed;
+    static int answer;
+    routed.clear();
+    answer = IDNO;
+    const vx::PartnerMessageBoxRoute old =
+        vx::SetPartnerMessageBoxRoute([](int* result, const char* text, unsigned type, unsigned help) {
+            routed.push_back(std::string(text) + "/" + std::to_string(type) + "/" + std::to_string(help));
+            if (answer == 0)
+                return 0;
+            *result = answer;
+            return 1;
+        });
+    EXPECT_EQ(VxAfxMessageBox("question", MB_YESNO, 12), IDNO);
+    EXPECT_EQ(VxMessageBox(nullptr, "t", "caption", MB_OKCANCEL), IDNO);
+    int result = 0;
+    EXPECT_EQ(PartnerMessageBox(&result, "x", MB_OK, 3), 1);
+    EXPECT_EQ(result, IDNO);
+    EXPECT_TRUE(boxes.empty());
+    answer = 0;
+    EXPECT_EQ(VxMessageBox("here", "caption", MB_OK), IDYES);
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "here");
+    EXPECT_NE(vx::SetPartnerMessageBoxRoute(old), nullptr);
+    EXPECT_EQ(routed, (std::vector<std::string>{"question/4/12", "t/1/0", "x/0/3", "here/0/0"}));
+}
+
 TEST_F(LibraryFrame, AssertionNamesLineAndFileTitle)
 {
     int aborts = 0;

@@ -7,6 +7,9 @@
 
 #include <sys/stat.h>
 
+#include <functional>
+#include <ostream>
+
 namespace {
 
 std::string Text(int id)
@@ -448,4 +451,97 @@ TEST(KDatenbankIO, DetachedObjectsBelongToTheCaller)
     other.OpenSet(nullptr);
     EXPECT_EQ(other.DbGetLongValue(0), 3);
     other.DbSchliessen(); // frees what it took over
+}
+
+namespace {
+
+struct Opener {
+    const char* name;
+    std::function<int(KDatenbankIO&, const std::string&)> open;
+};
+
+void PrintTo(const Opener& opener, std::ostream* out)
+{
+    *out << opener.name;
+}
+
+class EveryOpen : public ::testing::TestWithParam<Opener> {};
+
+} // namespace
+
+// The four opens begin alike: an open object answers 1 whatever the path;
+// else an empty path or a missing file, a missing directory and a file that
+// is no database each have their error, and nothing stays open.
+TEST_P(EveryOpen, ChecksTheFileAlike)
+{
+    const Opener& opener = GetParam();
+    dbtest::TempDir dir;
+    dbtest::Boxes boxes;
+    KDatenbankIO db;
+    PartsCatalogue(db);
+    CString text;
+    const struct {
+        std::string path;
+        int error;
+    } failures[] = {
+        {"", -3},
+        {dir / "none.mdb", -3},
+        {dir / "no/dir/none.mdb", -4},
+        {dir / "noise.mdb", -1},
+    };
+    dbtest::WriteBytes(dir / "noise.mdb", std::string(3000, '\x5a'));
+    for (const auto& f : failures) {
+        SCOPED_TRACE(f.path);
+        EXPECT_EQ(opener.open(db, f.path), 0);
+        EXPECT_EQ(db.GetOpenError(text), f.error);
+        EXPECT_EQ(db.m_pDatabase, nullptr);
+        EXPECT_EQ(db.m_pDbRecordset, nullptr);
+    }
+
+    KDatenbankIO other;
+    PartsCatalogue(other);
+    const std::string file = MakeParts(dir);
+    ASSERT_EQ(other.DbOeffnenOhneTable(file.c_str()), 1);
+    EXPECT_EQ(opener.open(other, (dir / "none.mdb").c_str()), 1);
+    EXPECT_EQ(other.GetOpenError(text), 0);
+    EXPECT_EQ(other.m_DateiPfad, file.c_str());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    KDatenbankIO, EveryOpen,
+    ::testing::Values(Opener{"DbOeffnen", [](KDatenbankIO& db, const std::string& f) { return db.DbOeffnen(f.c_str()); }},
+                      Opener{"DbOeffnenOhneTable",
+                             [](KDatenbankIO& db, const std::string& f) { return db.DbOeffnenOhneTable(f.c_str()); }},
+                      Opener{"DbOeffnenExcel",
+                             [](KDatenbankIO& db, const std::string& f) { return db.DbOeffnenExcel(f.c_str(), "Parts"); }},
+                      Opener{"DbOeffnenExcelOhneTable",
+                             [](KDatenbankIO& db, const std::string& f) {
+                                 return db.DbOeffnenExcelOhneTable(f.c_str());
+                             }}),
+    [](const ::testing::TestParamInfo<Opener>& info) { return std::string(info.param.name); });
+
+// Without a table the database is open with an empty record set, which a
+// table of the caller's choice then fills.
+TEST(KDatenbankIO, DbOeffnenOhneTableLeavesTheTableToTheCaller)
+{
+    dbtest::TempDir dir;
+    const std::string file = MakeParts(dir);
+    {
+        KDatenbankIO writer;
+        PartsCatalogue(writer);
+        ASSERT_EQ(writer.DbOeffnen(file.c_str()), 1);
+        writer.m_pDbRecordset->AddNew();
+        writer.m_pDbRecordset->SetFieldValue("Nr", COleVariant(7L));
+        writer.m_pDbRecordset->Update();
+    }
+    KDatenbankIO db;
+    ASSERT_EQ(db.DbOeffnenOhneTable(file.c_str()), 1);
+    ASSERT_NE(db.m_pDbRecordset, nullptr);
+    EXPECT_FALSE(db.m_pDbRecordset->IsOpen());
+    EXPECT_EQ(db.m_pTableDef, nullptr);
+    EXPECT_EQ(db.m_TableName, "");
+    db.m_TableName = "Parts";
+    db.OpenSet(nullptr);
+    ASSERT_EQ(db.m_pDbRecordset->GetRecordCount(), 1);
+    EXPECT_EQ(db.m_pDbRecordset->GetFieldValue("Nr").lVal, 7);
 }

@@ -1,6 +1,6 @@
 // KProcessIO within one process: start state, Init, the log, the search
 // rules, the message functions without a partner, the relays' disk side,
-// the receiving check and the watch thread's run flag.
+// and the receiving check.
 #include "linktest.h"
 
 #include <sys/file.h>
@@ -279,25 +279,6 @@ TEST_F(LinkTest, MessageBoxStaysHereUnlessHiddenWithAPartner)
     EXPECT_EQ(result, -5);
     EXPECT_EQ(VxAfxMessageBox("shown here", MB_YESNO, 0), IDYES);
     EXPECT_EQ(m_boxes.back(), "shown here");
-}
-
-TEST_F(LinkTest, WatchThreadWaitsForTheRunFlag)
-{
-    KProcessIO::m_WriteLogState = ProcessLevelType(1);
-    KProcessIO::m_Active = 1;
-    auto& thread = KProcessIO::s_ClosePartner;
-    thread.Create(MainframeAT);
-    EXPECT_EQ(thread.m_dwStatus, 259u);
-    EXPECT_TRUE(linktest::PumpUntil([&] { return thread.m_bIdle == 0; }, 2000));
-    std::this_thread::sleep_for(std::chrono::milliseconds(700));
-    EXPECT_EQ(Log().find("THREAD-START"), std::string::npos);
-    thread.SetRun(1);
-    EXPECT_TRUE(linktest::PumpUntil([&] { return Log().find("THREAD-START-1") != std::string::npos; }, 2000));
-    // Lowered, the flag ends the watch; the link is then ended for good.
-    thread.SetRun(0);
-    EXPECT_TRUE(linktest::PumpUntil([&] { return thread.m_bIdle == 1 && KProcessIO::m_Active == 0; }, 3000));
-    EXPECT_NE(Log().find("THREAD-END-1-0"), std::string::npos) << Log();
-    thread.Join();
 }
 
 } // namespace

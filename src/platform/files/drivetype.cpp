@@ -6,7 +6,8 @@
 
 UINT GetDriveTypeA(const char* rootPath)
 {
-    return vx::DriveTypeOfHostPath(vx::HostPath(rootPath && *rootPath ? rootPath : "/"));
+    // Reached like any other file: a directory named in another case counts.
+    return vx::DriveTypeOfHostPath(vx::DiskPath(rootPath && *rootPath ? rootPath : "/"));
 }
 
 UINT vx::DriveTypeOfHostPath(const std::string& host)

@@ -6,7 +6,8 @@
 //
 // ISO 9660 and UDF count as DRIVE_CDROM; NFS, SMB/CIFS, AFS, 9P and FUSE
 // file systems as DRIVE_REMOTE; tmpfs and ramfs as DRIVE_RAMDISK; others as
-// DRIVE_FIXED. A path that does not exist is DRIVE_NO_ROOT_DIR.
+// DRIVE_FIXED. A path that does not exist is DRIVE_NO_ROOT_DIR; names are
+// reached without regard to ASCII case, as by the other file functions.
 #pragma once
 
 #include "platform/framework/wintypes.h"

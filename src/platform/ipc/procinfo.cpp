@@ -71,7 +71,7 @@ std::vector<pid_t> ProcessIds()
 bool ProcessFamily(pid_t pid, pid_t& parent, int& threads)
 {
     const auto fields = StatFields(pid);
-    if (fields.size() < 18)
+    if (fields.size() < 18 || fields[0] == "Z" || fields[0] == "X")
         return false;
     parent = static_cast<pid_t>(std::atoi(fields[1].c_str()));
     threads = std::atoi(fields[17].c_str());

@@ -20,8 +20,8 @@ long long ProcessStartTime(pid_t pid);
 std::string ProcessName(pid_t pid);
 // The ids of all processes, ascending.
 std::vector<pid_t> ProcessIds();
-// The parent of a process and its number of threads; false if `pid` names
-// no process.
+// The parent of a running process and its number of threads; false if
+// `pid` names no process or only a zombie.
 bool ProcessFamily(pid_t pid, pid_t& parent, int& threads);
 
 } // namespace vx::detail

@@ -53,7 +53,8 @@ HANDLE CreateToolhelp32Snapshot(DWORD flags, DWORD)
         for (pid_t id : ids) {
             pid_t parent = 0;
             int threads = 0;
-            // A process may end between the listing and the reading.
+            // A process may end between the listing and the reading; one
+            // that has ended but is not yet collected runs no more.
             if (!vx::detail::ProcessFamily(id, parent, threads))
                 continue;
             PROCESSENTRY32 e{};

@@ -37,7 +37,8 @@ struct PROCESSENTRY32 {
     char szExeFile[MAX_PATH];
 };
 
-// A snapshot of all processes; only TH32CS_SNAPPROCESS is supported, other
+// A snapshot of all running processes (not those that have ended but are
+// not yet collected by their parent); only TH32CS_SNAPPROCESS is supported, other
 // kinds give an empty snapshot. INVALID_HANDLE_VALUE if /proc is unreadable.
 VXBASE_EXPORT HANDLE CreateToolhelp32Snapshot(DWORD flags, DWORD processId);
 // The first and the following entries; FALSE at the end, for a handle that

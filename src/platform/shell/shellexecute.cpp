@@ -2,6 +2,7 @@
 
 #include "platform/framework/codepage.h"
 #include "platform/files/hostpath.h"
+#include "platform/framework/util_p.h"
 
 #include <gio/gio.h>
 
@@ -10,7 +11,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cctype>
 #include <cerrno>
 #include <mutex>
 
@@ -30,12 +30,14 @@ HINSTANCE Code(int code)
 // "mailto:x", "https://...": a scheme of letters, digits, "+", "-" and ".",
 // starting with a letter and longer than one character, so that a drive
 // letter ("C:\...") is no scheme.
+// ASCII only, whatever the locale: "Żaba:1" is a file name.
 bool IsLink(const char* text)
 {
-    if (!std::isalpha(static_cast<unsigned char>(text[0])))
+    if (!AsciiIsLetter(text[0]))
         return false;
     int n = 1;
-    while (std::isalnum(static_cast<unsigned char>(text[n])) || text[n] == '+' || text[n] == '-' || text[n] == '.')
+    while (AsciiIsLetter(text[n]) || (text[n] >= '0' && text[n] <= '9') || text[n] == '+' || text[n] == '-' ||
+           text[n] == '.')
         ++n;
     return text[n] == ':' && n >= 2;
 }

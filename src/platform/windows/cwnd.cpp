@@ -2,6 +2,7 @@
 
 #include "platform/windows/cwnd_p.h"
 #include "platform/windows/messagepump.h"
+#include "platform/windows/windowlong.h"
 
 #include <algorithm>
 
@@ -116,8 +117,10 @@ BOOL CWnd::CreateEx(const char* windowName, const char* className, DWORD style, 
     m_exStyle = exStyle;
     m_id = id;
     m_enabled = !(style & WS_DISABLED);
+    const CRect r(rect);
+    m_client = CRect(0, 0, std::max(0, r.Width()), std::max(0, r.Height()));
     m_backend = CreateBackend(parent, style);
-    m_backend->SetGeometry(CRect(rect));
+    m_backend->SetGeometry(r);
     m_backend->SetText(windowName ? windowName : "");
     if (!m_enabled)
         m_backend->SetEnabled(false);
@@ -128,15 +131,35 @@ BOOL CWnd::CreateEx(const char* windowName, const char* className, DWORD style, 
     m_hWnd = vx::RegisterWindow(this, info);
     vx::ZOrder().push_back(this);
     PreSubclassWindow();
-    if (SendMessage(WM_CREATE) == -1) {
+    CREATESTRUCTA create{};
+    create.hwndParent = info.parent;
+    create.x = r.left;
+    create.y = r.top;
+    create.cx = r.Width();
+    create.cy = r.Height();
+    create.style = static_cast<LONG>(style);
+    create.dwExStyle = exStyle;
+    create.lpszName = windowName;
+    create.lpszClass = className;
+    const auto createParam = reinterpret_cast<LPARAM>(&create);
+    // As on the original: WM_NCCREATE, the client area, then WM_CREATE.
+    if (!SendMessage(WM_NCCREATE, 0, createParam)) {
         DestroyWindow();
         return FALSE;
     }
     if (!m_hWnd)
         return FALSE;
-    const CRect r(rect);
-    SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(r.Width()), static_cast<WORD>(r.Height())));
-    SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(r.left), static_cast<WORD>(r.top)));
+    RecalcClientArea(r, r, nullptr);
+    if (!m_hWnd || SendMessage(WM_CREATE, 0, createParam) == -1) {
+        DestroyWindow();
+        return FALSE;
+    }
+    if (!m_hWnd)
+        return FALSE;
+    const CRect client = vx::ClientAreaOf(*this);
+    const CPoint at = client.TopLeft() + r.TopLeft();
+    SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(client.Width()), static_cast<WORD>(client.Height())));
+    SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y)));
     if (m_hWnd && (style & WS_VISIBLE))
         ShowWindow(SW_SHOW);
     return m_hWnd != nullptr;
@@ -330,6 +353,43 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_CAPTURECHANGED:
         OnCaptureChanged(FromHandle(reinterpret_cast<HWND>(lParam)));
         return 0;
+    case WM_WINDOWPOSCHANGING:
+        OnWindowPosChanging(reinterpret_cast<WINDOWPOS*>(lParam));
+        return 0;
+    case WM_WINDOWPOSCHANGED:
+        OnWindowPosChanged(reinterpret_cast<WINDOWPOS*>(lParam));
+        return 0;
+    case WM_NCCALCSIZE: {
+        // With wParam FALSE lParam is one rectangle: the first of the record.
+        if (wParam)
+            OnNcCalcSize(TRUE, reinterpret_cast<NCCALCSIZE_PARAMS*>(lParam));
+        else
+            OnNcCalcSize(FALSE, reinterpret_cast<NCCALCSIZE_PARAMS*>(lParam));
+        return 0;
+    }
+    case WM_NCPAINT:
+        OnNcPaint();
+        return 0;
+    case WM_NCHITTEST:
+        return OnNcHitTest(vx::PointOf(lParam));
+    case WM_NCMOUSEMOVE:
+        OnNcMouseMove(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_NCLBUTTONDOWN:
+        OnNcLButtonDown(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_NCLBUTTONUP:
+        OnNcLButtonUp(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_NCLBUTTONDBLCLK:
+        OnNcLButtonDblClk(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_NCRBUTTONDOWN:
+        OnNcRButtonDown(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
+    case WM_NCRBUTTONUP:
+        OnNcRButtonUp(static_cast<UINT>(wParam), vx::PointOf(lParam));
+        return 0;
     case WM_DRAWITEM:
         OnDrawItem(static_cast<int>(wParam), reinterpret_cast<LPDRAWITEMSTRUCT>(lParam));
         return TRUE;
@@ -395,8 +455,46 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_CLOSE:
         DestroyWindow();
         return 0;
+    case WM_NCCREATE:
+        return TRUE;
     default:
-        return 0;
+        return vx::DefaultNonClient(*this, message, wParam, lParam);
+    }
+}
+
+LRESULT CWnd::DefaultMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return DefWindowProc(message, wParam, lParam);
+}
+
+bool CWnd::ReadWindowLong(int index, LONG_PTR& value) const
+{
+    switch (index) {
+    case GWL_STYLE: value = static_cast<LONG_PTR>(m_style); return true;
+    case GWL_EXSTYLE: value = static_cast<LONG_PTR>(m_exStyle); return true;
+    case GWLP_ID: value = static_cast<LONG_PTR>(m_id); return true;
+    default: return false;
+    }
+}
+
+bool CWnd::WriteWindowLong(int index, LONG_PTR value)
+{
+    switch (index) {
+    case GWL_STYLE: {
+        // The enabled state is the WS_DISABLED bit; the visible state is
+        // only changed by ShowWindow, as on the original.
+        m_style = static_cast<DWORD>(value);
+        const bool enabled = !(m_style & WS_DISABLED);
+        if (enabled != m_enabled) {
+            m_enabled = enabled;
+            if (m_backend)
+                m_backend->SetEnabled(enabled);
+        }
+        return true;
+    }
+    case GWL_EXSTYLE: m_exStyle = static_cast<DWORD>(value); return true;
+    case GWLP_ID: m_id = static_cast<UINT>(value); return true;
+    default: return false;
     }
 }
 
@@ -486,19 +584,31 @@ BOOL CWnd::IsWindowEnabled() const
 BOOL CWnd::ModifyStyle(DWORD remove, DWORD add, UINT flags)
 {
     const DWORD old = m_style;
-    m_style = (m_style & ~remove) | add;
-    if ((flags & SWP_FRAMECHANGED) && m_hWnd)
-        Invalidate();
-    return old != m_style;
+    const DWORD now = (old & ~remove) | add;
+    if (now == old)
+        return FALSE;
+    if (m_hWnd)
+        SetWindowLongPtrA(m_hWnd, GWL_STYLE, static_cast<LONG_PTR>(now));
+    else
+        m_style = now;
+    if (flags && m_hWnd)
+        SetWindowPos(nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | flags);
+    return TRUE;
 }
 
 BOOL CWnd::ModifyStyleEx(DWORD remove, DWORD add, UINT flags)
 {
     const DWORD old = m_exStyle;
-    m_exStyle = (m_exStyle & ~remove) | add;
-    if ((flags & SWP_FRAMECHANGED) && m_hWnd)
-        Invalidate();
-    return old != m_exStyle;
+    const DWORD now = (old & ~remove) | add;
+    if (now == old)
+        return FALSE;
+    if (m_hWnd)
+        SetWindowLongPtrA(m_hWnd, GWL_EXSTYLE, static_cast<LONG_PTR>(now));
+    else
+        m_exStyle = now;
+    if (flags && m_hWnd)
+        SetWindowPos(nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | flags);
+    return TRUE;
 }
 
 int CWnd::SetDlgCtrlID(int id)

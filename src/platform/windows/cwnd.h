@@ -75,9 +75,10 @@ constexpr UINT MK_MBUTTON = 0x0010;
 
 namespace vx {
 
-// How a CWnd is shown. Coordinates: Geometry() is the window rectangle in
-// its parent's client coordinates (screen coordinates for a top-level
-// window); ClientRect() starts at (0, 0).
+// How a CWnd is shown. Geometry() is the window rectangle in its parent's
+// client coordinates (screen coordinates for a top-level window). The
+// client area inside it is the window's own business (WM_NCCALCSIZE,
+// vx::ClientAreaOf).
 class VXBASE_EXPORT WindowBackend {
 public:
     virtual ~WindowBackend();
@@ -85,13 +86,14 @@ public:
     virtual bool IsVisible() const = 0;
     virtual void SetGeometry(const CRect& rect) = 0;
     virtual CRect Geometry() const = 0;
-    virtual CRect ClientRect() const = 0;
-    // Client point to screen point.
-    virtual CPoint ClientToScreen(CPoint point) const = 0;
+    // The client area moved within the window: children follow it.
+    virtual void ClientAreaChanged();
     virtual void SetText(const char* text) = 0;
     virtual void SetEnabled(bool enabled) = 0;
-    // Marks an area (null: all) for repainting.
+    // Marks an area of the client (null: all of it) for repainting.
     virtual void Invalidate(const RECT* rect, bool erase) = 0;
+    // Marks the non-client area (the frame) for repainting.
+    virtual void InvalidateFrame();
     // Paints pending areas now.
     virtual void Update() = 0;
     virtual void SetFocus() = 0;
@@ -108,8 +110,6 @@ public:
     bool IsVisible() const override { return m_visible; }
     void SetGeometry(const CRect& rect) override { m_rect = rect; }
     CRect Geometry() const override { return m_rect; }
-    CRect ClientRect() const override { return CRect(0, 0, m_rect.Width(), m_rect.Height()); }
-    CPoint ClientToScreen(CPoint point) const override;
     void SetText(const char*) override {}
     void SetEnabled(bool) override {}
     void Invalidate(const RECT*, bool) override { ++m_invalidations; }
@@ -119,7 +119,7 @@ public:
     int Invalidations() const { return m_invalidations; }
 
 private:
-    CWnd& m_owner;
+    [[maybe_unused]] CWnd& m_owner;
     bool m_visible = false;
     CRect m_rect;
     int m_invalidations = 0;
@@ -133,6 +133,36 @@ VXBASE_EXPORT void SetWindowBackendFactory(WindowBackendFactory factory);
 // Takes back a pending TME_LEAVE request: true when the window asked to hear
 // that the cursor left it. Backends call this when the cursor leaves.
 VXBASE_EXPORT bool TakeMouseLeaveRequest(CWnd& window);
+
+// The client area of a window in window coordinates (the window's top left
+// is 0, 0), as WM_NCCALCSIZE last left it.
+VXBASE_EXPORT CRect ClientAreaOf(const CWnd& window);
+// The widths (left, top, right, bottom) of the standard frame of a window
+// of these styles, which WM_NCCALCSIZE takes by default: a dialog frame
+// (WS_DLGFRAME, WS_EX_DLGMODALFRAME) 3, a sizing frame (WS_THICKFRAME) 4, a
+// border (WS_BORDER) 1, a client edge 2 and a static edge 1 more. A
+// top-level window that is not WS_POPUP has none: the desktop frames it.
+VXBASE_EXPORT CRect StandardFrameInsets(DWORD style, DWORD exStyle, bool topLevel);
+
+// What the core leaves to the drawing layer (vxbase-ui installs it):
+// painting the standard frame, printing a window into a device, and ending
+// a menu when the mode is cancelled.
+struct FrameBridge {
+    // Draws the standard frame of the window's style on `dc` (a device of
+    // the whole window; null: the window's own window device), limited to
+    // `clip` (screen coordinates; null: all of it).
+    void (*drawFrame)(CWnd& window, HDC dc, HRGN clip) = nullptr;
+    // WM_PRINT's client and children parts: erases and prints the client
+    // area into `dc` (whose origin is the window's top left) by the PRF_ flags.
+    void (*printClient)(CWnd& window, HDC dc, UINT flags) = nullptr;
+    // WM_PRINTCLIENT's default: the window paints itself (WM_PAINT) into `dc`.
+    void (*paintInto)(CWnd& window, HDC dc) = nullptr;
+    // WM_CANCELMODE's default: ends a menu being tracked.
+    void (*cancelMode)() = nullptr;
+};
+VXBASE_EXPORT void SetFrameBridge(const FrameBridge& bridge);
+// The bridge as installed, so that a part can set its own entries only.
+VXBASE_EXPORT FrameBridge GetFrameBridge();
 
 } // namespace vx
 
@@ -292,6 +322,24 @@ public:
     virtual void OnSysKeyUp(UINT key, UINT repeat, UINT flags);
     virtual void OnContextMenu(CWnd* window, CPoint screen);
     virtual void OnCaptureChanged(CWnd* wnd);
+    // The non-client area. WM_WINDOWPOSCHANGING may change the position,
+    // size and flags in `pos`; the default of WM_WINDOWPOSCHANGED sends
+    // WM_MOVE and WM_SIZE for a client area that moved or changed size.
+    virtual void OnWindowPosChanging(WINDOWPOS* pos);
+    virtual void OnWindowPosChanged(WINDOWPOS* pos);
+    // The default takes the standard frame of the window's style.
+    virtual void OnNcCalcSize(BOOL calcValidRects, NCCALCSIZE_PARAMS* params);
+    // The default draws the standard frame.
+    virtual void OnNcPaint();
+    // The default answers HTCLIENT in the client area, the sizing codes on a
+    // WS_THICKFRAME frame, HTBORDER on another frame and HTNOWHERE outside.
+    virtual LRESULT OnNcHitTest(CPoint screen);
+    virtual void OnNcMouseMove(UINT hitTest, CPoint screen);
+    virtual void OnNcLButtonDown(UINT hitTest, CPoint screen);
+    virtual void OnNcLButtonUp(UINT hitTest, CPoint screen);
+    virtual void OnNcLButtonDblClk(UINT hitTest, CPoint screen);
+    virtual void OnNcRButtonDown(UINT hitTest, CPoint screen);
+    virtual void OnNcRButtonUp(UINT hitTest, CPoint screen);
     // The default reflects the item message to the control that sent it.
     virtual void OnDrawItem(int controlId, LPDRAWITEMSTRUCT item);
     virtual void OnMeasureItem(int controlId, LPMEASUREITEMSTRUCT item);
@@ -302,6 +350,9 @@ public:
 protected:
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void ApplyShowState(int command) override;
+    bool ReadWindowLong(int index, LONG_PTR& value) const override;
+    bool WriteWindowLong(int index, LONG_PTR value) override;
+    LRESULT DefaultMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     // The backend for a new window; the default asks the installed factory.
     virtual std::unique_ptr<vx::WindowBackend> CreateBackend(CWnd* parent, DWORD style);
     // Runs once the window has its handle, before WM_CREATE; a class turns
@@ -317,6 +368,11 @@ protected:
 private:
     friend BOOL(::TrackMouseEvent)(LPTRACKMOUSEEVENT);
     friend bool vx::TakeMouseLeaveRequest(CWnd& window);
+    friend CRect vx::ClientAreaOf(const CWnd& window);
+    // Asks WM_NCCALCSIZE for the client area of the window rectangle `now`.
+    void RecalcClientArea(const CRect& now, const CRect& old, WINDOWPOS* pos);
+    // The top left of the window in screen coordinates.
+    CPoint WindowOrigin() const;
     struct CurrentMessage {
         UINT message;
         WPARAM wParam;
@@ -332,6 +388,7 @@ private:
     DWORD m_trackFlags = 0;
     HFONT m_font = nullptr;
     CurrentMessage m_current{};
+    CRect m_client; // the client area in window coordinates
 };
 
 namespace vx {

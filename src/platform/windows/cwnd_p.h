@@ -29,5 +29,10 @@ CPoint PointOf(LPARAM l);
 bool Usable(const CWnd* w);
 // The deepest enabled, visible descendant of `window` at a screen point.
 CWnd* Deepest(CWnd* window, POINT screen);
+extern FrameBridge g_frameBridge;
+// The defaults of the non-client messages (WM_NCCALCSIZE, WM_NCHITTEST,
+// WM_NCPAINT, WM_WINDOWPOSCHANGED, WM_PRINT, WM_PRINTCLIENT,
+// WM_CANCELMODE); 0 for any other message.
+LRESULT DefaultNonClient(CWnd& window, UINT message, WPARAM wParam, LPARAM lParam);
 
 } // namespace vx

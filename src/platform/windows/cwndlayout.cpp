@@ -152,18 +152,7 @@ BOOL CWnd::SetForegroundWindow()
 
 void CWnd::MoveWindow(int x, int y, int width, int height, BOOL repaint)
 {
-    if (!m_backend)
-        return;
-    const CRect old = m_backend->Geometry();
-    const CRect now(x, y, x + width, y + height);
-    m_backend->SetGeometry(now);
-    // As on the original, only what changed is reported.
-    if (old.TopLeft() != now.TopLeft())
-        SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y)));
-    if (m_hWnd && old.Size() != now.Size())
-        SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(width), static_cast<WORD>(height)));
-    if (repaint && m_hWnd)
-        Invalidate();
+    SetWindowPos(nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE | (repaint ? 0 : SWP_NOREDRAW));
 }
 
 void CWnd::MoveWindow(const RECT* rect, BOOL repaint)
@@ -174,17 +163,24 @@ void CWnd::MoveWindow(const RECT* rect, BOOL repaint)
 
 BOOL CWnd::SetWindowPos(const CWnd* insertAfter, int x, int y, int cx, int cy, UINT flags)
 {
-    if (!m_backend)
+    if (!m_backend || !m_hWnd)
         return FALSE;
-    CRect r = m_backend->Geometry();
-    if (flags & SWP_NOMOVE) {
-        x = r.left;
-        y = r.top;
+    const CRect old = m_backend->Geometry();
+    WINDOWPOS pos{};
+    pos.hwnd = m_hWnd;
+    pos.hwndInsertAfter = insertAfter == &wndBottom ? HWND_BOTTOM : insertAfter ? insertAfter->m_hWnd : HWND_TOP;
+    pos.x = (flags & SWP_NOMOVE) ? old.left : x;
+    pos.y = (flags & SWP_NOMOVE) ? old.top : y;
+    pos.cx = (flags & SWP_NOSIZE) ? old.Width() : cx;
+    pos.cy = (flags & SWP_NOSIZE) ? old.Height() : cy;
+    pos.flags = flags & ~(SWP_NOCLIENTSIZE | SWP_NOCLIENTMOVE);
+    if (!(flags & SWP_NOSENDCHANGING)) {
+        // The window may change where it goes and how big it becomes.
+        SendMessage(WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&pos));
+        if (!m_hWnd || !m_backend)
+            return FALSE;
     }
-    if (flags & SWP_NOSIZE) {
-        cx = r.Width();
-        cy = r.Height();
-    }
+    flags = pos.flags;
     if (!(flags & SWP_NOZORDER)) {
         auto& order = vx::ZOrder();
         auto self = std::find(order.begin(), order.end(), this);
@@ -202,17 +198,39 @@ BOOL CWnd::SetWindowPos(const CWnd* insertAfter, int x, int y, int cx, int cy, U
             }
         }
     }
-    if (!(flags & SWP_NOMOVE) || !(flags & SWP_NOSIZE))
-        MoveWindow(x, y, cx, cy, !(flags & SWP_NOREDRAW));
+    CRect now = old;
+    if (!(flags & SWP_NOMOVE))
+        now.OffsetRect(pos.x - old.left, pos.y - old.top);
+    if (!(flags & SWP_NOSIZE)) {
+        now.right = now.left + std::max(0, pos.cx);
+        now.bottom = now.top + std::max(0, pos.cy);
+    }
+    const CRect oldArea = m_client;
+    if (now != old)
+        m_backend->SetGeometry(now);
+    if (now.Size() != old.Size() || (flags & SWP_FRAMECHANGED))
+        RecalcClientArea(now, old, &pos);
     if (!m_hWnd)
         return FALSE;
-    if ((flags & SWP_FRAMECHANGED) && !(flags & SWP_NOREDRAW))
-        Invalidate();
+    CRect newClient = m_client;
+    newClient.OffsetRect(now.TopLeft());
+    if (newClient.TopLeft() == oldArea.TopLeft() + old.TopLeft())
+        pos.flags |= SWP_NOCLIENTMOVE;
+    if (newClient.Size() == oldArea.Size())
+        pos.flags |= SWP_NOCLIENTSIZE;
+    pos.x = now.left;
+    pos.y = now.top;
+    pos.cx = now.Width();
+    pos.cy = now.Height();
+    if (!(flags & SWP_NOREDRAW) && (now.Size() != old.Size() || (flags & SWP_FRAMECHANGED)))
+        RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
     if (flags & SWP_SHOWWINDOW)
         ShowWindow(SW_SHOW);
-    if (flags & SWP_HIDEWINDOW)
+    if (m_hWnd && (flags & SWP_HIDEWINDOW))
         ShowWindow(SW_HIDE);
-    return TRUE;
+    if (m_hWnd)
+        SendMessage(WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&pos));
+    return m_hWnd != nullptr;
 }
 
 void CWnd::GetWindowRect(RECT* rect) const
@@ -223,31 +241,31 @@ void CWnd::GetWindowRect(RECT* rect) const
         *rect = CRect();
         return;
     }
-    CRect r = m_backend->Geometry();
-    if (m_parent && m_parent->m_backend) {
-        CPoint origin = m_parent->m_backend->ClientToScreen(CPoint(0, 0));
-        r.OffsetRect(origin);
-    }
-    *rect = r;
+    const CRect r = m_backend->Geometry();
+    const CPoint origin = WindowOrigin();
+    *rect = CRect(origin, r.Size());
 }
 
 void CWnd::GetClientRect(RECT* rect) const
 {
     if (rect)
-        *rect = m_backend ? m_backend->ClientRect() : CRect();
+        *rect = m_backend ? CRect(0, 0, m_client.Width(), m_client.Height()) : CRect();
 }
 
 void CWnd::ClientToScreen(POINT* point) const
 {
-    if (point && m_backend)
-        *point = m_backend->ClientToScreen(CPoint(*point));
+    if (!point || !m_backend)
+        return;
+    const CPoint origin = WindowOrigin() + m_client.TopLeft();
+    point->x += origin.x;
+    point->y += origin.y;
 }
 
 void CWnd::ClientToScreen(RECT* rect) const
 {
     if (!rect || !m_backend)
         return;
-    const CPoint origin = m_backend->ClientToScreen(CPoint(0, 0));
+    const CPoint origin = WindowOrigin() + m_client.TopLeft();
     OffsetRect(rect, origin.x, origin.y);
 }
 
@@ -255,7 +273,7 @@ void CWnd::ScreenToClient(POINT* point) const
 {
     if (!point || !m_backend)
         return;
-    const CPoint origin = m_backend->ClientToScreen(CPoint(0, 0));
+    const CPoint origin = WindowOrigin() + m_client.TopLeft();
     point->x -= origin.x;
     point->y -= origin.y;
 }
@@ -264,7 +282,7 @@ void CWnd::ScreenToClient(RECT* rect) const
 {
     if (!rect || !m_backend)
         return;
-    const CPoint origin = m_backend->ClientToScreen(CPoint(0, 0));
+    const CPoint origin = WindowOrigin() + m_client.TopLeft();
     OffsetRect(rect, -origin.x, -origin.y);
 }
 
@@ -289,8 +307,11 @@ BOOL CWnd::RedrawWindow(const RECT* rect, CRgn* region, UINT flags)
 {
     if (!m_backend)
         return FALSE;
-    if (flags & RDW_INVALIDATE)
+    if (flags & RDW_INVALIDATE) {
         InvalidateRect(region ? nullptr : rect, (flags & RDW_ERASE) != 0);
+        if (flags & RDW_FRAME)
+            m_backend->InvalidateFrame();
+    }
     if (flags & RDW_ALLCHILDREN) {
         for (CWnd* child : vx::ChildrenOf(this))
             child->RedrawWindow(nullptr, nullptr, flags & ~RDW_UPDATENOW);

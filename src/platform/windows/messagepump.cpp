@@ -1,6 +1,8 @@
 #include "platform/windows/messagepump.h"
 
 #include "platform/windows/messagequeue_p.h"
+#include "platform/windows/winuser.h"
+#include "platform/windows/windowtable_p.h"
 
 #include <poll.h>
 #include <sys/epoll.h>
@@ -14,6 +16,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace vx {
@@ -287,6 +290,36 @@ void RemovePumpSource(int fd)
         epoll_ctl(q.epfd, EPOLL_CTL_DEL, fd, nullptr);
 }
 
+bool IsInputMessage(UINT message)
+{
+    return (message >= WM_KEYDOWN && message <= WM_KEYLAST) || (message >= WM_MOUSEMOVE && message <= 0x020E) ||
+           (message >= WM_NCMOUSEMOVE && message <= WM_NCMBUTTONDBLCLK);
+}
+
+namespace {
+
+InputFilter& TheFilter()
+{
+    static auto* filter = new InputFilter;
+    return *filter;
+}
+
+} // namespace
+
+InputFilter SetInputFilter(InputFilter filter)
+{
+    return std::exchange(TheFilter(), std::move(filter));
+}
+
+bool FilterInput(const MSG& msg)
+{
+    if (!TheFilter() || !IsInputMessage(msg.message))
+        return false;
+    // A copy, so that the filter may replace itself while it runs.
+    const InputFilter filter = TheFilter();
+    return filter(msg);
+}
+
 void ResetMessageQueue()
 {
     Queue& q = TheQueue();
@@ -418,9 +451,15 @@ LRESULT DispatchMessageA(const MSG* msg)
         reinterpret_cast<TIMERPROC>(msg->lParam)(msg->hwnd, WM_TIMER, msg->wParam, GetTickCount());
         return 0;
     }
+    if (FilterInput(*msg))
+        return 0;
     if (!msg->hwnd)
         return 0;
-    return SendMessageA(msg->hwnd, msg->message, msg->wParam, msg->lParam);
+    // Posted messages reach the window procedure without the hooks of sent
+    // messages, as on the original.
+    if (!IsLocalHandle(msg->hwnd))
+        return SendMessageA(msg->hwnd, msg->message, msg->wParam, msg->lParam);
+    return detail::Deliver(msg->hwnd, msg->message, msg->wParam, msg->lParam, false);
 }
 
 DWORD GetTickCount()

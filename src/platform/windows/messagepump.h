@@ -72,4 +72,16 @@ VXBASE_EXPORT void RemovePumpSource(int fd);
 // Drops every queued message and timer (for a host's shutdown and tests).
 VXBASE_EXPORT void ResetMessageQueue();
 
+// Keyboard and mouse messages, client and non-client.
+VXBASE_EXPORT bool IsInputMessage(UINT message);
+// A modal loop that takes the thread's input (a menu being tracked): while
+// a filter is installed, every input message, posted or coming from the
+// display, is offered to it before its window sees it, and goes no further
+// when the filter answers true. Returns the filter it replaces, which the
+// loop puts back when it ends.
+using InputFilter = std::function<bool(const MSG& msg)>;
+VXBASE_EXPORT InputFilter SetInputFilter(InputFilter filter);
+// Offers a message to the installed filter; true when it took it.
+VXBASE_EXPORT bool FilterInput(const MSG& msg);
+
 } // namespace vx

@@ -12,12 +12,9 @@ WindowBackend::~WindowBackend() = default;
 
 void WindowBackend::SetZOrder(bool) {}
 
-CPoint HeadlessWindowBackend::ClientToScreen(CPoint point) const
-{
-    CRect window;
-    m_owner.GetWindowRect(&window);
-    return CPoint(point.x + window.left, point.y + window.top);
-}
+void WindowBackend::ClientAreaChanged() {}
+
+void WindowBackend::InvalidateFrame() {}
 
 void HeadlessWindowBackend::SetFocus()
 {
@@ -55,7 +52,10 @@ bool DispatchInputMessage(CWnd& window, UINT message, WPARAM wParam, LPARAM lPar
     if (!window.m_hWnd)
         return false;
     const bool mouse = message >= WM_MOUSEMOVE && message <= WM_MBUTTONDBLCLK;
-    if (mouse) {
+    const bool ncMouse = message >= WM_NCMOUSEMOVE && message <= WM_NCMBUTTONDBLCLK;
+    if (ncMouse) {
+        SetCursorPosition(PointOf(lParam)); // already in screen coordinates
+    } else if (mouse) {
         CPoint p = PointOf(lParam);
         window.ClientToScreen(&p);
         SetCursorPosition(p);
@@ -76,6 +76,8 @@ bool DispatchInputMessage(CWnd& window, UINT message, WPARAM wParam, LPARAM lPar
     msg.lParam = lParam;
     msg.time = GetTickCount();
     GetCursorPos(&msg.pt);
+    if (FilterInput(msg))
+        return false;
     for (CWnd* w = &window; w; w = w->GetParent()) {
         if (w->PreTranslateMessage(&msg))
             return false;

@@ -15,6 +15,10 @@ BOOL GetWindowPlacement(HWND hwnd, WINDOWPLACEMENT* placement)
     wp.ptMinPosition = POINT{-1, -1};
     wp.ptMaxPosition = POINT{-1, -1};
     window->GetWindowRect(&wp.rcNormalPosition);
+    // A child stands in its parent's client coordinates, which is where
+    // SetWindowPlacement (through MoveWindow) puts it back.
+    if (CWnd* parent = window->GetParent(); parent && (window->GetStyle() & WS_CHILD))
+        parent->ScreenToClient(&wp.rcNormalPosition);
     *placement = wp;
     return TRUE;
 }

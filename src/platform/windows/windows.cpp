@@ -1,7 +1,11 @@
 #include "platform/windows/windows.h"
 
+#include "platform/windows/hooks.h"
+#include "platform/windows/lasterror.h"
 #include "platform/windows/messagepump.h"
 #include "platform/windows/messagequeue_p.h"
+#include "platform/windows/windowlong.h"
+#include "platform/windows/windowtable_p.h"
 #include "platform/framework/util_p.h"
 
 #include <pthread.h>
@@ -20,6 +24,7 @@ namespace {
 struct Entry {
     MessageTarget* target = nullptr;
     WindowInfo info;
+    detail::WindowExtras extras;
 };
 
 struct Table {
@@ -131,6 +136,21 @@ pid_t detail::CurrentProcessId()
 MessageTarget::~MessageTarget() = default;
 
 void MessageTarget::ApplyShowState(int) {}
+
+bool MessageTarget::ReadWindowLong(int, LONG_PTR&) const
+{
+    return false;
+}
+
+bool MessageTarget::WriteWindowLong(int, LONG_PTR)
+{
+    return false;
+}
+
+LRESULT MessageTarget::DefaultMessage(UINT, WPARAM, LPARAM)
+{
+    return 0;
+}
 RemoteWindows::~RemoteWindows() = default;
 
 bool RemoteWindows::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
@@ -153,7 +173,9 @@ HWND RegisterWindow(MessageTarget* target, const WindowInfo& info)
     Table& t = TheTable();
     std::lock_guard lock(t.lock);
     const std::uint32_t serial = t.nextSerial++;
-    t.windows[serial] = Entry{target, info};
+    Entry& e = t.windows[serial];
+    e.target = target;
+    e.info = info;
     return MakeHandle(detail::CurrentProcessId(), serial);
 }
 
@@ -177,6 +199,57 @@ MessageTarget* FindTarget(HWND hwnd)
     std::lock_guard lock(t.lock);
     Entry* e = FindLocked(t, hwnd);
     return e ? e->target : nullptr;
+}
+
+bool detail::WithWindow(HWND hwnd, const std::function<void(MessageTarget*, WindowExtras&)>& fn)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    if (!e)
+        return false;
+    fn(e->target, e->extras);
+    return true;
+}
+
+bool detail::ProcedureOf(HWND hwnd, MessageTarget*& target, WNDPROC& proc)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    if (!e)
+        return false;
+    target = e->target;
+    proc = e->extras.proc;
+    return true;
+}
+
+LRESULT detail::Deliver(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, bool hooks)
+{
+    MessageTarget* target = nullptr;
+    WNDPROC proc = nullptr;
+    if (!ProcedureOf(hwnd, target, proc))
+        return 0;
+    if (hooks && HasHooks(WH_CALLWNDPROC)) {
+        CWPSTRUCT cwp{lParam, wParam, message, hwnd};
+        CallHooks(WH_CALLWNDPROC, HC_ACTION, 1, reinterpret_cast<LPARAM>(&cwp));
+        // A hook may have subclassed or destroyed the window.
+        if (!ProcedureOf(hwnd, target, proc))
+            return 0;
+    }
+    const LRESULT result =
+        proc == &ObjectWindowProc ? target->HandleMessage(message, wParam, lParam) : proc(hwnd, message, wParam, lParam);
+    if (hooks && HasHooks(WH_CALLWNDPROCRET)) {
+        CWPRETSTRUCT ret{result, lParam, wParam, message, hwnd};
+        CallHooks(WH_CALLWNDPROCRET, HC_ACTION, 1, reinterpret_cast<LPARAM>(&ret));
+    }
+    return result;
+}
+
+LRESULT ObjectWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    MessageTarget* target = FindTarget(hwnd);
+    return target ? target->HandleMessage(message, wParam, lParam) : 0;
 }
 
 void SetWindowVisible(HWND hwnd, bool visible)
@@ -244,10 +317,8 @@ LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
         }
         return 0;
     }
-    if (IsLocalHandle(hwnd)) {
-        MessageTarget* target = FindTarget(hwnd);
-        return target ? target->HandleMessage(message, wParam, lParam) : 0;
-    }
+    if (IsLocalHandle(hwnd))
+        return detail::Deliver(hwnd, message, wParam, lParam, true);
     RemoteWindows* remote = GetRemoteWindows();
     return (hwnd && remote) ? remote->Send(hwnd, message, wParam, lParam) : 0;
 }
@@ -257,10 +328,9 @@ BOOL SendNotifyMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     if (!hwnd || hwnd == HWND_BROADCAST)
         return FALSE;
     if (IsLocalHandle(hwnd)) {
-        MessageTarget* target = FindTarget(hwnd);
-        if (!target)
+        if (!FindTarget(hwnd))
             return FALSE;
-        target->HandleMessage(message, wParam, lParam);
+        detail::Deliver(hwnd, message, wParam, lParam, true);
         return TRUE;
     }
     RemoteWindows* remote = GetRemoteWindows();

@@ -36,6 +36,13 @@ public:
     // ShowWindow calls this before it sends WM_SHOWWINDOW, so that an
     // object keeping its own visible state follows any caller's ShowWindow.
     virtual void ApplyShowState(int command);
+    // Window words the object keeps itself (a CWnd its style, extended
+    // style and id), for GetWindowLongPtrA and SetWindowLongPtrA; false
+    // leaves the word to the window table.
+    virtual bool ReadWindowLong(int index, LONG_PTR& value) const;
+    virtual bool WriteWindowLong(int index, LONG_PTR value);
+    // The default handling of a message (DefWindowProcA); 0 by default.
+    virtual LRESULT DefaultMessage(UINT message, WPARAM wParam, LPARAM lParam);
 };
 
 // What the window table knows of a window.

@@ -46,6 +46,7 @@ constexpr UINT WM_MOUSEACTIVATE = 0x0021;
 constexpr UINT WM_GETMINMAXINFO = 0x0024;
 constexpr UINT WM_DELETEITEM = 0x002D;
 constexpr UINT WM_COMPAREITEM = 0x0039;
+constexpr UINT WM_WINDOWPOSCHANGING = 0x0046;
 constexpr UINT WM_CONTEXTMENU = 0x007B;
 constexpr UINT WM_SETICON = 0x0080;
 constexpr UINT WM_NCCREATE = 0x0081;
@@ -84,6 +85,7 @@ constexpr UINT WM_MBUTTONDBLCLK = 0x0209;
 constexpr UINT WM_ENTERMENULOOP = 0x0211;
 constexpr UINT WM_EXITMENULOOP = 0x0212;
 constexpr UINT WM_MOUSEHOVER = 0x02A1;
+constexpr UINT WM_PRINT = 0x0317;
 constexpr UINT WM_PRINTCLIENT = 0x0318;
 // A message a parent reflects back to the child that sent it, as the
 // framework did: WM_REFLECT_BASE + WM_CTLCOLORBTN and so on.
@@ -94,10 +96,40 @@ constexpr UINT WA_INACTIVE = 0;
 constexpr UINT WA_ACTIVE = 1;
 constexpr UINT WA_CLICKACTIVE = 2;
 
-// Hit test codes (WM_NCHITTEST, low word of WM_SETCURSOR's lParam).
+// Hit test codes (WM_NCHITTEST, low word of WM_SETCURSOR's lParam, wParam
+// of the WM_NC mouse messages).
+constexpr int HTERROR = -2;
+constexpr int HTTRANSPARENT = -1;
 constexpr int HTNOWHERE = 0;
 constexpr int HTCLIENT = 1;
 constexpr int HTCAPTION = 2;
+constexpr int HTSYSMENU = 3;
+constexpr int HTGROWBOX = 4;
+constexpr int HTSIZE = 4;
+constexpr int HTMENU = 5;
+constexpr int HTHSCROLL = 6;
+constexpr int HTVSCROLL = 7;
+constexpr int HTMINBUTTON = 8;
+constexpr int HTMAXBUTTON = 9;
+constexpr int HTLEFT = 10;
+constexpr int HTRIGHT = 11;
+constexpr int HTTOP = 12;
+constexpr int HTTOPLEFT = 13;
+constexpr int HTTOPRIGHT = 14;
+constexpr int HTBOTTOM = 15;
+constexpr int HTBOTTOMLEFT = 16;
+constexpr int HTBOTTOMRIGHT = 17;
+constexpr int HTBORDER = 18;
+constexpr int HTCLOSE = 20;
+constexpr int HTHELP = 21;
+
+// WM_PRINT and WM_PRINTCLIENT: what to draw into the device of wParam.
+constexpr UINT PRF_CHECKVISIBLE = 0x0001;
+constexpr UINT PRF_NONCLIENT = 0x0002;
+constexpr UINT PRF_CLIENT = 0x0004;
+constexpr UINT PRF_ERASEBKGND = 0x0008;
+constexpr UINT PRF_CHILDREN = 0x0010;
+constexpr UINT PRF_OWNED = 0x0020;
 
 // WM_GETDLGCODE answers.
 constexpr UINT DLGC_WANTARROWS = 0x0001;
@@ -124,6 +156,51 @@ constexpr UINT SWP_HIDEWINDOW = 0x0080;
 constexpr UINT SWP_NOCOPYBITS = 0x0100;
 constexpr UINT SWP_NOOWNERZORDER = 0x0200;
 constexpr UINT SWP_NOSENDCHANGING = 0x0400;
+// Set in WM_WINDOWPOSCHANGED when the client area kept its size or its place.
+constexpr UINT SWP_NOCLIENTSIZE = 0x0800;
+constexpr UINT SWP_NOCLIENTMOVE = 0x1000;
+
+// lParam of WM_WINDOWPOSCHANGING (may be changed) and WM_WINDOWPOSCHANGED.
+// The position is in the parent's client coordinates (screen coordinates
+// for a top-level window).
+struct WINDOWPOS {
+    HWND hwnd;
+    HWND hwndInsertAfter;
+    int x;
+    int y;
+    int cx;
+    int cy;
+    UINT flags;
+};
+using LPWINDOWPOS = WINDOWPOS*;
+
+// lParam of WM_NCCALCSIZE with wParam TRUE: rgrc[0] is the new window
+// rectangle and becomes the new client rectangle (both in the parent's
+// client coordinates); rgrc[1] and rgrc[2] are the old window and client
+// rectangles. With wParam FALSE lParam is one RECT*, treated as rgrc[0].
+struct NCCALCSIZE_PARAMS {
+    RECT rgrc[3];
+    WINDOWPOS* lppos;
+};
+using LPNCCALCSIZE_PARAMS = NCCALCSIZE_PARAMS*;
+
+// lParam of WM_NCCREATE and WM_CREATE.
+struct CREATESTRUCTA {
+    LPVOID lpCreateParams;
+    HINSTANCE hInstance;
+    HMENU hMenu;
+    HWND hwndParent;
+    int cy;
+    int cx;
+    int y;
+    int x;
+    LONG style;
+    LPCSTR lpszName;
+    LPCSTR lpszClass;
+    DWORD dwExStyle;
+};
+using CREATESTRUCT = CREATESTRUCTA;
+using LPCREATESTRUCT = CREATESTRUCTA*;
 inline const HWND HWND_TOP = nullptr;
 inline const HWND HWND_BOTTOM = reinterpret_cast<HWND>(1);
 inline const HWND HWND_TOPMOST = reinterpret_cast<HWND>(-1);

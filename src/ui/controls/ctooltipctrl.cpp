@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <QWidget>
 
+#include <algorithm>
 #include <utility>
 
 CToolTipCtrl::CToolTipCtrl() = default;
@@ -54,14 +55,17 @@ BOOL CToolTipCtrl::AddTool(CWnd* window, UINT textId, const RECT* rect, UINT_PTR
 void CToolTipCtrl::DelTool(CWnd* window, UINT_PTR id)
 {
     const HWND h = window ? window->m_hWnd : nullptr;
-    for (auto it = m_tools.begin(); it != m_tools.end();) {
-        if (it->window == h && it->id == id) {
-            if (QWidget* w = vx::WidgetOfWindow(window))
-                w->setToolTip(QString());
-            it = m_tools.erase(it);
-        } else {
-            ++it;
-        }
+    const auto gone = std::remove_if(m_tools.begin(), m_tools.end(),
+                                     [&](const Tool& t) { return t.window == h && t.id == id; });
+    if (gone == m_tools.end())
+        return;
+    m_tools.erase(gone, m_tools.end());
+    // The window shows one tip: another tool of it takes over.
+    if (QWidget* w = vx::WidgetOfWindow(window))
+        w->setToolTip(QString());
+    for (const Tool& t : m_tools) {
+        if (t.window == h)
+            Apply(t);
     }
 }
 

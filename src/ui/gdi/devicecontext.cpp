@@ -4,6 +4,7 @@
 #include "platform/windows/sysmetrics.h"
 
 #include <utility>
+#include <vector>
 
 namespace vx::gdi {
 namespace {
@@ -36,12 +37,6 @@ void UnrefState(const DcState& s)
     Unref(s.bitmap);
 }
 
-std::shared_ptr<QImage> ScreenSurface()
-{
-    static auto screen = std::make_shared<QImage>(1, 1, QImage::Format_RGB32);
-    return screen;
-}
-
 Dc* NewDc(Dc::Type type)
 {
     auto dc = std::make_unique<Dc>(type);
@@ -57,21 +52,53 @@ Dc* NewDc(Dc::Type type)
     return Get<Dc>(h);
 }
 
-Dc* NewWindowDc(HWND window)
+// A picture of part of the surface that shares its pixels, so that a
+// client device draws straight into the window. The surface is never copied
+// shallowly, so its pixels stay where the view looks.
+std::shared_ptr<QImage> View(const std::shared_ptr<QImage>& surface, const QRect& part)
+{
+    uchar* bits = surface->bits() + part.top() * surface->bytesPerLine() + part.left() * 4;
+    return std::shared_ptr<QImage>(
+        new QImage(bits, part.width(), part.height(), surface->bytesPerLine(), surface->format()),
+        [keep = surface](QImage* view) { delete view; });
+}
+
+// A device on a window: its client area, or with `whole` all of it, frame
+// included.
+Dc* NewWindowDc(HWND window, bool whole)
 {
     Dc* dc = NewDc(Dc::Type::Window);
     dc->window = window;
-    dc->surface = WindowSurface(window);
-    if (!dc->surface) {
+    CWnd* w = CWnd::FromHandle(window);
+    CRect outer;
+    if (w)
+        w->GetWindowRect(&outer);
+    const CRect client = w ? ClientAreaOf(*w) : CRect();
+    const std::shared_ptr<QImage> surface = WindowSurface(window);
+    if (!surface) {
         // A window without pixels (no display backend) still takes drawing.
-        CRect client;
-        if (CWnd* w = CWnd::FromHandle(window))
-            w->GetClientRect(&client);
-        dc->surface = std::make_shared<QImage>(std::max(1, client.Width()), std::max(1, client.Height()),
-                                               QImage::Format_RGB32);
+        const int width = whole ? outer.Width() : client.Width();
+        const int height = whole ? outer.Height() : client.Height();
+        dc->surface = std::make_shared<QImage>(std::max(1, width), std::max(1, height), QImage::Format_RGB32);
         dc->surface->fill(Qt::white);
+        return dc;
     }
+    const QRect part = QRect(client.left, client.top, client.Width(), client.Height()) & surface->rect();
+    if (whole || part == surface->rect())
+        dc->surface = surface;
+    else if (part.isEmpty())
+        dc->surface = std::make_shared<QImage>(1, 1, QImage::Format_RGB32);
+    else
+        dc->surface = View(surface, part);
     return dc;
+}
+
+// The devices that BeginPaint hands out for WM_PRINTCLIENT: the printer's
+// own, which EndPaint gives back rather than deletes.
+std::vector<std::pair<HWND, HDC>>& Redirects()
+{
+    static auto* redirects = new std::vector<std::pair<HWND, HDC>>;
+    return *redirects;
 }
 
 void Release(Dc* dc)
@@ -89,6 +116,8 @@ void Release(Dc* dc)
 
 QImage* Dc::Target()
 {
+    if (type == Type::Screen && !surface)
+        surface = ScreenImage(); // made when first drawn on or read
     if (type != Type::Memory)
         return surface.get();
     Bitmap* b = Get<Bitmap>(st.bitmap);
@@ -156,6 +185,22 @@ QRect Dc::ToDevice(const RECT& r) const
     return QRect(a, QSize(b.x() - a.x(), b.y() - a.y()));
 }
 
+void PaintInto(HWND window, HDC dc)
+{
+    CWnd* w = CWnd::FromHandle(window);
+    if (!w || !Get<Dc>(dc))
+        return;
+    Redirects().emplace_back(window, dc);
+    w->SendMessage(WM_PAINT);
+    auto& r = Redirects();
+    for (auto it = r.rbegin(); it != r.rend(); ++it) {
+        if (it->first == window && it->second == dc) {
+            r.erase(std::next(it).base());
+            break;
+        }
+    }
+}
+
 } // namespace vx::gdi
 
 using namespace vx::gdi;
@@ -176,20 +221,20 @@ BOOL DeleteDC(HDC dc)
 
 HDC GetDC(HWND window)
 {
-    if (!window) {
-        Dc* d = NewDc(Dc::Type::Screen);
-        d->surface = ScreenSurface();
-        return static_cast<HDC>(d->handle);
-    }
+    if (!window)
+        return static_cast<HDC>(NewDc(Dc::Type::Screen)->handle);
     if (!CWnd::FromHandle(window))
         return nullptr;
-    return static_cast<HDC>(NewWindowDc(window)->handle);
+    return static_cast<HDC>(NewWindowDc(window, false)->handle);
 }
 
 HDC GetWindowDC(HWND window)
 {
-    // Windows have no frame of their own here: the window area is the client.
-    return GetDC(window);
+    if (!window)
+        return GetDC(nullptr);
+    if (!CWnd::FromHandle(window))
+        return nullptr;
+    return static_cast<HDC>(NewWindowDc(window, true)->handle);
 }
 
 int ReleaseDC(HWND, HDC dc)
@@ -206,7 +251,17 @@ HDC BeginPaint(HWND window, LPPAINTSTRUCT paint)
     CWnd* w = CWnd::FromHandle(window);
     if (!w || !paint)
         return nullptr;
-    Dc* dc = NewWindowDc(window);
+    for (const auto& [hwnd, printer] : Redirects()) {
+        if (hwnd == window && Get<Dc>(printer)) {
+            // WM_PRINTCLIENT: the whole client area, into the printer's device.
+            *paint = PAINTSTRUCT{};
+            SaveDC(printer);
+            paint->hdc = printer;
+            w->GetClientRect(&paint->rcPaint);
+            return printer;
+        }
+    }
+    Dc* dc = NewWindowDc(window, false);
     const PendingPaint pending = TakePendingPaint(window);
     dc->hasSystemClip = true;
     dc->systemClip = pending.region;
@@ -224,10 +279,16 @@ HDC BeginPaint(HWND window, LPPAINTSTRUCT paint)
     return paint->hdc;
 }
 
-BOOL EndPaint(HWND, const PAINTSTRUCT* paint)
+BOOL EndPaint(HWND window, const PAINTSTRUCT* paint)
 {
     if (!paint)
         return FALSE;
+    for (const auto& [hwnd, printer] : Redirects()) {
+        if (hwnd == window && printer == paint->hdc) {
+            RestoreDC(printer, -1);
+            return TRUE;
+        }
+    }
     Dc* d = Get<Dc>(paint->hdc);
     if (d)
         Release(d);
@@ -593,6 +654,29 @@ int SelectClipRgn(HDC dc, HRGN region)
         d->st.clipped = true;
         d->st.clip = r->region;
     }
+    d->ClipChanged();
+    return ClipKind(d);
+}
+
+int ExtSelectClipRgn(HDC dc, HRGN region, int mode)
+{
+    Dc* d = Get<Dc>(dc);
+    if (!d)
+        return RGN_ERROR;
+    if (mode == RGN_COPY)
+        return SelectClipRgn(dc, region);
+    Region* r = Get<Region>(region);
+    if (!r)
+        return RGN_ERROR;
+    const QRegion current = CurrentUserClip(d);
+    switch (mode) {
+    case RGN_AND: d->st.clip = current & r->region; break;
+    case RGN_OR: d->st.clip = current | r->region; break;
+    case RGN_XOR: d->st.clip = current ^ r->region; break;
+    case RGN_DIFF: d->st.clip = current - r->region; break;
+    default: return RGN_ERROR;
+    }
+    d->st.clipped = true;
     d->ClipChanged();
     return ClipKind(d);
 }

@@ -225,6 +225,12 @@ struct PendingPaint {
 PendingPaint TakePendingPaint(HWND window);
 // Fills an area of a window with its class background (WM_ERASEBKGND unanswered).
 void EraseWithClassBackground(HWND window, HDC dc, const QRegion& area);
+// What the screen shows: the desktop's colour under the visible top-level
+// windows that have been painted, the active one on top.
+std::shared_ptr<QImage> ScreenImage();
+// Sends WM_PAINT to the window with BeginPaint handing out `dc` (the
+// default of WM_PRINTCLIENT).
+void PaintInto(HWND window, HDC dc);
 
 // --- shared drawing helpers ----------------------------------------------------------
 // Calls `fn` for each rectangle of `area` (device coordinates) inside the clip.

@@ -443,9 +443,22 @@ constexpr UINT OBM_SIZE = 32766;
 constexpr UINT SPI_GETNONCLIENTMETRICS = 0x0029;
 constexpr UINT SPI_GETWORKAREA = 0x0030;
 constexpr UINT SPI_GETHIGHCONTRAST = 0x0042;
+constexpr UINT SPI_SETHIGHCONTRAST = 0x0043;
+constexpr UINT SPI_GETMENUSHOWDELAY = 0x006A;
+constexpr UINT SPI_SETMENUSHOWDELAY = 0x006B;
+constexpr UINT SPI_GETMENUANIMATION = 0x1002;
+constexpr UINT SPI_SETMENUANIMATION = 0x1003;
+constexpr UINT SPI_GETKEYBOARDCUES = 0x100A;
+constexpr UINT SPI_SETKEYBOARDCUES = 0x100B;
+constexpr UINT SPI_GETMENUFADE = 0x1012;
+constexpr UINT SPI_SETMENUFADE = 0x1013;
 constexpr UINT SPI_GETFLATMENU = 0x1022;
+constexpr UINT SPI_SETFLATMENU = 0x1023;
 constexpr UINT SPI_GETDROPSHADOW = 0x1024;
+constexpr UINT SPI_SETDROPSHADOW = 0x1025;
 constexpr DWORD HCF_HIGHCONTRASTON = 0x00000001;
+constexpr UINT SPIF_UPDATEINIFILE = 0x0001;
+constexpr UINT SPIF_SENDCHANGE = 0x0002;
 
 struct NONCLIENTMETRICSA {
     UINT cbSize;
@@ -473,9 +486,15 @@ struct HIGHCONTRASTA {
 };
 using HIGHCONTRAST = HIGHCONTRASTA;
 
-// Answers SPI_GETNONCLIENTMETRICS (the pinned fonts and classic sizes),
-// SPI_GETWORKAREA, SPI_GETHIGHCONTRAST (off), SPI_GETFLATMENU and
-// SPI_GETDROPSHADOW (both off); FALSE for anything else.
+// Answers SPI_GETNONCLIENTMETRICS (the pinned fonts and classic sizes) and
+// SPI_GETWORKAREA, and gets and sets the switches of the classic desktop:
+// high contrast (off), flat menus (off), drop shadows (off), menu animation
+// and fade (off), keyboard cues (off: menus opened by the mouse hide their
+// underlines) and the delay before a sub-menu opens (400 ms). A SET takes
+// its value as the original did: BOOLs in `data` itself (cast to a pointer),
+// the delay in `param`, high contrast as a HIGHCONTRAST*. SPIF_SENDCHANGE
+// sends WM_SETTINGCHANGE (wParam: the action) to this process's top-level
+// windows. Settings last for the process. FALSE for anything else.
 VXBASE_UI_EXPORT BOOL SystemParametersInfoA(UINT action, UINT param, void* data, UINT winIni);
 
 // --- objects -----------------------------------------------------------------------------------
@@ -584,6 +603,8 @@ VXBASE_UI_EXPORT int IntersectClipRect(HDC dc, int left, int top, int right, int
 VXBASE_UI_EXPORT int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom);
 // A null region removes the clip; the region is in device coordinates.
 VXBASE_UI_EXPORT int SelectClipRgn(HDC dc, HRGN region);
+// Combines the clip with a region (device coordinates) by an RGN_ mode.
+VXBASE_UI_EXPORT int ExtSelectClipRgn(HDC dc, HRGN region, int mode);
 VXBASE_UI_EXPORT int GetClipBox(HDC dc, RECT* box);
 VXBASE_UI_EXPORT BOOL PtVisible(HDC dc, int x, int y);
 VXBASE_UI_EXPORT BOOL RectVisible(HDC dc, const RECT* rect);

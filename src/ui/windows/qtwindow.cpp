@@ -15,6 +15,7 @@
 #include <QPixmap>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <vector>
 #include <utility>
 
@@ -161,14 +162,29 @@ void WindowWidget::paintEvent(QPaintEvent* e)
     bool erase = false;
     QRegion pending = m_backend->TakePending(erase);
     const bool exposed = !(e->region() - pending).isEmpty();
-    m_backend->AddPending(pending | e->region(), erase || exposed);
-    m_backend->Owner().SendMessage(WM_PAINT);
+    const QRegion all = pending | e->region();
+    m_backend->AddPending(all, erase || exposed);
+    CWnd& owner = m_backend->Owner();
+    // The frame first, then the client area, as on the original.
+    if (!(all - m_backend->ClientArea()).isEmpty())
+        owner.SendMessage(WM_NCPAINT, 1, 0);
+    if (m_backend && all.intersects(m_backend->ClientArea()))
+        owner.SendMessage(WM_PAINT);
     if (!m_backend)
         return;
     m_backend->TakePending(erase); // painted or not, the area is valid now
+    m_backend->SetPainted();
     const std::shared_ptr<QImage> surface = m_backend->Surface();
     QPainter p(this);
     p.drawImage(e->rect(), *surface, e->rect());
+}
+
+LRESULT WindowWidget::HitTest(const QPoint& at)
+{
+    CWnd& owner = m_backend->Owner();
+    CRect outer;
+    owner.GetWindowRect(&outer);
+    return owner.SendMessage(WM_NCHITTEST, 0, PointParam(at + QPoint(outer.left, outer.top)));
 }
 
 void WindowWidget::Mouse(UINT message, QMouseEvent* e)
@@ -176,7 +192,23 @@ void WindowWidget::Mouse(UINT message, QMouseEvent* e)
     if (!m_backend)
         return;
     const QPoint at = e->position().toPoint();
-    DispatchInputMessage(m_backend->Owner(), message, MouseFlags(e->buttons(), e->modifiers()), PointParam(at));
+    CWnd& owner = m_backend->Owner();
+    const UINT flags = MouseFlags(e->buttons(), e->modifiers());
+    // A window that holds the capture hears the mouse as client messages
+    // wherever it is; otherwise the hit test decides.
+    if (CWnd::GetCapture() != &owner) {
+        const LRESULT hit = HitTest(at);
+        if (!m_backend)
+            return;
+        if (hit != HTCLIENT) {
+            CRect outer;
+            owner.GetWindowRect(&outer);
+            DispatchInputMessage(owner, message - WM_MOUSEMOVE + WM_NCMOUSEMOVE, static_cast<WPARAM>(hit),
+                                 PointParam(at + QPoint(outer.left, outer.top)));
+            return;
+        }
+    }
+    DispatchInputMessage(owner, message, flags, PointParam(at - m_backend->ClientArea().topLeft()));
 }
 
 void WindowWidget::mousePressEvent(QMouseEvent* e)
@@ -222,8 +254,11 @@ void WindowWidget::UpdateCursor()
     if (!m_backend)
         return;
     CWnd& owner = m_backend->Owner();
+    const LRESULT hit = HitTest(mapFromGlobal(QCursor::pos()));
+    if (!m_backend)
+        return;
     const LRESULT set = owner.SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(owner.m_hWnd),
-                                          MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+                                          MAKELPARAM(static_cast<WORD>(hit), WM_MOUSEMOVE));
     if (!m_backend)
         return;
     HCURSOR cursor = ::GetCursor();
@@ -255,6 +290,11 @@ void WindowWidget::mouseMoveEvent(QMouseEvent* e)
 {
     UpdateCursor();
     Mouse(WM_MOUSEMOVE, e);
+}
+
+QtWindowBackend* WindowWidget::Backend() const
+{
+    return m_backend;
 }
 
 void WindowWidget::wheelEvent(QWheelEvent* e)
@@ -408,31 +448,44 @@ void QtWindowBackend::SetGeometry(const CRect& rect)
     m_rect = rect;
     if (!m_widget)
         return;
+    // A child's rectangle is in its parent's client coordinates; its widget
+    // lies in the parent's widget, which holds the parent's frame too.
+    QPoint offset;
+    if (!m_topLevel && m_parent) {
+        const CRect client = ClientAreaOf(*m_parent);
+        offset = QPoint(client.left, client.top);
+    }
     m_settingGeometry = true;
-    m_widget->setGeometry(QRect(rect.left, rect.top, std::max(0, rect.Width()), std::max(0, rect.Height())));
+    m_widget->setGeometry(
+        QRect(rect.left + offset.x(), rect.top + offset.y(), std::max(0, rect.Width()), std::max(0, rect.Height())));
     m_settingGeometry = false;
+}
+
+void QtWindowBackend::ClientAreaChanged()
+{
+    if (!m_widget)
+        return;
+    for (QObject* child : m_widget->children()) {
+        auto* w = dynamic_cast<WindowWidget*>(child);
+        if (QtWindowBackend* b = w ? w->Backend() : nullptr; b && !b->IsTopLevel())
+            b->SetGeometry(b->Geometry());
+    }
+}
+
+QRect QtWindowBackend::ClientArea() const
+{
+    const CRect c = ClientAreaOf(m_owner);
+    return QRect(c.left, c.top, c.Width(), c.Height());
 }
 
 void QtWindowBackend::DesktopGeometry(const QRect& rect)
 {
     const CRect now(rect.left(), rect.top(), rect.left() + rect.width(), rect.top() + rect.height());
-    const CRect old = m_rect;
-    if (now == old)
+    if (now == m_rect)
         return;
-    m_rect = now;
-    if (old.TopLeft() != now.TopLeft())
-        m_owner.SendMessage(WM_MOVE, 0, MAKELPARAM(static_cast<WORD>(now.left), static_cast<WORD>(now.top)));
-    if (old.Size() != now.Size())
-        m_owner.SendMessage(WM_SIZE, 0, MAKELPARAM(static_cast<WORD>(now.Width()), static_cast<WORD>(now.Height())));
-}
-
-CPoint QtWindowBackend::ClientToScreen(CPoint point) const
-{
-    if (!m_topLevel && m_parent && m_parent->Backend()) {
-        const CPoint origin = m_parent->Backend()->ClientToScreen(CPoint(0, 0));
-        return CPoint(point.x + origin.x + m_rect.left, point.y + origin.y + m_rect.top);
-    }
-    return CPoint(point.x + m_rect.left, point.y + m_rect.top);
+    // The window hears of it as of any move: WM_WINDOWPOSCHANGING may still
+    // change it, WM_WINDOWPOSCHANGED brings WM_MOVE and WM_SIZE.
+    m_owner.SetWindowPos(nullptr, now.left, now.top, now.Width(), now.Height(), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void QtWindowBackend::SetText(const char* text)
@@ -449,13 +502,25 @@ void QtWindowBackend::SetEnabled(bool enabled)
 
 void QtWindowBackend::Invalidate(const RECT* rect, bool erase)
 {
-    const QRect area = rect ? QRect(rect->left, rect->top, rect->right - rect->left, rect->bottom - rect->top)
-                            : QRect(0, 0, m_rect.Width(), m_rect.Height());
+    const QRect client = ClientArea();
+    QRect area = rect ? QRect(rect->left, rect->top, rect->right - rect->left, rect->bottom - rect->top)
+                      : QRect(0, 0, client.width(), client.height());
+    area = area.translated(client.topLeft()) & client;
     if (area.isEmpty())
         return;
     AddPending(area, erase);
     if (m_widget)
         m_widget->update(area);
+}
+
+void QtWindowBackend::InvalidateFrame()
+{
+    const QRegion frame = QRegion(0, 0, m_rect.Width(), m_rect.Height()) - ClientArea();
+    if (frame.isEmpty())
+        return;
+    AddPending(frame, false);
+    if (m_widget)
+        m_widget->update(frame);
 }
 
 void QtWindowBackend::Update()
@@ -518,6 +583,16 @@ void QtWindowBackend::AddPending(const QRegion& region, bool erase)
     m_erase = m_erase || erase;
 }
 
+QRegion QtWindowBackend::TakeClientPending(bool& erase)
+{
+    const QRect client = ClientArea();
+    const QRegion part = m_pending & client;
+    m_pending -= client;
+    erase = m_erase;
+    m_erase = false;
+    return part.translated(-client.topLeft());
+}
+
 QtWindowBackend* QtBackendOf(const CWnd* window)
 {
     return window ? dynamic_cast<QtWindowBackend*>(window->Backend()) : nullptr;
@@ -540,7 +615,7 @@ QImage RenderWindow(CWnd& window)
     if (!w)
         return QImage();
     // Everything is painted afresh, as when the window first appears.
-    window.RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    window.RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
     QImage image(w->size(), QImage::Format_RGB32);
     image.fill(0xFF000000u);
     w->render(&image);
@@ -559,7 +634,7 @@ PendingPaint TakePendingPaint(HWND window)
 {
     PendingPaint paint;
     if (QtWindowBackend* b = QtBackendOf(window)) {
-        paint.region = b->TakePending(paint.erase);
+        paint.region = b->TakeClientPending(paint.erase);
     } else if (CWnd* w = CWnd::FromHandle(window)) {
         CRect client;
         w->GetClientRect(&client);
@@ -567,6 +642,58 @@ PendingPaint TakePendingPaint(HWND window)
         paint.erase = true;
     }
     return paint;
+}
+
+namespace {
+
+// Draws a painted window and its children into the screen picture.
+void Compose(QPainter& p, CWnd& window)
+{
+    QtWindowBackend* b = QtBackendOf(&window);
+    if (!b || !window.IsWindowVisible() || !b->Painted())
+        return;
+    CRect r;
+    window.GetWindowRect(&r);
+    p.drawImage(QPoint(r.left, r.top), *b->Surface());
+    // The first child lies on top: draw from the last.
+    std::vector<CWnd*> children;
+    for (CWnd* c = window.GetWindow(GW_CHILD); c; c = c->GetWindow(GW_HWNDNEXT)) {
+        if (c->GetStyle() & WS_CHILD)
+            children.push_back(c);
+    }
+    for (auto it = children.rbegin(); it != children.rend(); ++it)
+        Compose(p, **it);
+}
+
+BOOL ListTopLevel(HWND h, LPARAM l)
+{
+    if (CWnd* w = CWnd::FromHandle(h))
+        reinterpret_cast<std::vector<CWnd*>*>(l)->push_back(w);
+    return TRUE;
+}
+
+} // namespace
+
+std::shared_ptr<QImage> ScreenImage()
+{
+    const int width = std::max(GetSystemMetrics(SM_CXSCREEN),
+                               GetSystemMetrics(SM_XVIRTUALSCREEN) + GetSystemMetrics(SM_CXVIRTUALSCREEN));
+    const int height = std::max(GetSystemMetrics(SM_CYSCREEN),
+                                GetSystemMetrics(SM_YVIRTUALSCREEN) + GetSystemMetrics(SM_CYVIRTUALSCREEN));
+    auto screen = std::make_shared<QImage>(std::max(1, width), std::max(1, height), QImage::Format_RGB32);
+    screen->fill(ToRgb(GetSysColor(COLOR_BACKGROUND)));
+    std::vector<CWnd*> tops;
+    EnumWindows(&ListTopLevel, reinterpret_cast<LPARAM>(&tops));
+    // Older windows lie below newer ones; the active one lies on top.
+    CWnd* active = CWnd::GetActiveWindow();
+    QPainter p(screen.get());
+    for (CWnd* w : tops) {
+        if (w != active)
+            Compose(p, *w);
+    }
+    if (active && std::find(tops.begin(), tops.end(), active) != tops.end())
+        Compose(p, *active);
+    return screen;
 }
 
 void EraseWithClassBackground(HWND, HDC dc, const QRegion& area)

@@ -23,6 +23,7 @@ class WindowWidget final : public QWidget {
 public:
     WindowWidget(QtWindowBackend* backend, QWidget* parent, Qt::WindowFlags flags);
     void Detach() { m_backend = nullptr; }
+    QtWindowBackend* Backend() const;
 
 protected:
     bool event(QEvent* e) override;
@@ -44,6 +45,8 @@ protected:
 
 private:
     void Mouse(UINT message, QMouseEvent* e);
+    // The hit test code of a point of the widget (window coordinates).
+    LRESULT HitTest(const QPoint& at);
     void UpdateCursor();
     QtWindowBackend* m_backend;
 };
@@ -57,11 +60,11 @@ public:
     bool IsVisible() const override;
     void SetGeometry(const CRect& rect) override;
     CRect Geometry() const override { return m_rect; }
-    CRect ClientRect() const override { return CRect(0, 0, m_rect.Width(), m_rect.Height()); }
-    CPoint ClientToScreen(CPoint point) const override;
+    void ClientAreaChanged() override;
     void SetText(const char* text) override;
     void SetEnabled(bool enabled) override;
     void Invalidate(const RECT* rect, bool erase) override;
+    void InvalidateFrame() override;
     void Update() override;
     void SetFocus() override;
     void SetCapture(bool capture) override;
@@ -70,11 +73,21 @@ public:
     CWnd& Owner() { return m_owner; }
     QWidget* Widget() const { return m_widget.data(); }
     bool IsTopLevel() const { return m_topLevel; }
-    // The window's pixels at its current size.
+    // The window's pixels at its current size (the whole window, frame
+    // included).
     std::shared_ptr<QImage> Surface();
-    // The invalid area and erase flag, which are then cleared.
+    // Whether the surface was ever painted: until then the screen shows
+    // what lies under the window.
+    bool Painted() const { return m_painted; }
+    void SetPainted() { m_painted = true; }
+    // The invalid area (window coordinates) and erase flag, which are then cleared.
     QRegion TakePending(bool& erase);
     void AddPending(const QRegion& region, bool erase);
+    // The client area's invalid part in client coordinates, which is then
+    // valid; the frame's part stays pending.
+    QRegion TakeClientPending(bool& erase);
+    // The client area in window coordinates.
+    QRect ClientArea() const;
     // A move or resize that came from the desktop (the user or the window manager).
     void DesktopGeometry(const QRect& rect);
     bool SettingGeometry() const { return m_settingGeometry; }
@@ -89,6 +102,7 @@ private:
     std::shared_ptr<QImage> m_surface;
     QRegion m_pending;
     bool m_erase = false;
+    bool m_painted = false;
 };
 
 // The Qt backend of a window, or null.

@@ -308,3 +308,38 @@ TEST_F(LinkTest, NotificationIsHandledWithoutAWaitForItsAnswer)
 }
 
 } // namespace
+
+// SetWindowPlacement on a window of another process is carried out by that
+// process: the record travels as its 44 bytes and the answer is the
+// owner's. Only published windows take it.
+TEST_F(LinkTest, PlacementIsCarriedOutByTheWindowsProcess)
+{
+    vxhost::PartnerFrame& frame = OpenFrame(MainframeAT);
+    frame.ShowWindow(SW_SHOW);
+    RawClient raw(linktest::Environment().run + "/raw.sock");
+    using vx::detail::FrameKind;
+    WINDOWPLACEMENT wp{};
+    wp.length = sizeof wp;
+    wp.showCmd = SW_HIDE;
+    wp.rcNormalPosition = RECT{40, 30, 440, 330};
+    const std::string record(reinterpret_cast<const char*>(&wp), sizeof wp);
+    ASSERT_TRUE(raw.SendTo(SocketOf(getpid()), Frame(FrameKind::Place, frame.GetSafeHwnd(), 0, record, sizeof wp)));
+    EXPECT_TRUE(PumpUntil([&] { return !frame.IsWindowVisible(); }));
+    CRect placed;
+    frame.GetWindowRect(&placed);
+    EXPECT_EQ(placed, CRect(40, 30, 440, 330));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 1);
+
+    CWnd unpublished;
+    unpublished.CreateEx("", "VxPlain", WS_OVERLAPPED, CRect(1, 2, 3, 4));
+    ASSERT_TRUE(
+        raw.SendTo(SocketOf(getpid()), Frame(FrameKind::Place, unpublished.GetSafeHwnd(), 0, record, sizeof wp)));
+    std::string answer = "timeout";
+    EXPECT_TRUE(PumpUntil([&] {
+        answer = raw.Receive(0);
+        return answer != "timeout";
+    }));
+    EXPECT_EQ(AnswerOf(answer), 0);
+    unpublished.GetWindowRect(&placed);
+    EXPECT_EQ(placed, CRect(1, 2, 3, 4));
+}

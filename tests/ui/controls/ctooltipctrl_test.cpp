@@ -1,0 +1,124 @@
+// The platform's tooltip control: a tool's text shows as the Qt tooltip of
+// its window, and follows the tools as they are added, changed, deleted,
+// activated and as the control goes.
+#include "uisupport/uitest.h"
+
+#include "platform/shell/resources.h"
+#include "ui/controls/ctooltipctrl.h"
+#include "ui/windows/qtinterop.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <string>
+
+namespace {
+
+std::string TipOf(const CWnd& window)
+{
+    const QWidget* widget = vx::WidgetOfWindow(&window);
+    return widget ? vx::FromQString(widget->toolTip()).StdString() : "(no widget)";
+}
+
+class ToolTips : public ::testing::Test {
+protected:
+    ToolTips()
+    {
+        parent.CreateEx("parent", "VxParent", WS_POPUP | WS_VISIBLE, CRect(0, 0, 200, 100));
+        open.CreateEx("", "VxTool", WS_CHILD | WS_VISIBLE, CRect(0, 0, 50, 20), &parent, 1);
+        save.CreateEx("", "VxTool", WS_CHILD | WS_VISIBLE, CRect(60, 0, 110, 20), &parent, 2);
+        tip = std::make_unique<CToolTipCtrl>();
+        tip->Create(&parent);
+    }
+    CWnd parent;
+    CWnd open;
+    CWnd save;
+    std::unique_ptr<CToolTipCtrl> tip;
+};
+
+} // namespace
+
+TEST_F(ToolTips, ToolTextShowsOverItsWindow)
+{
+    ASSERT_NE(vx::WidgetOfWindow(&open), nullptr);
+    EXPECT_TRUE(tip->AddTool(&open, "Opens the project"));
+    EXPECT_TRUE(tip->AddTool(&save, 6707u));
+    EXPECT_EQ(TipOf(open), "Opens the project");
+    EXPECT_EQ(TipOf(save), vx::FindString(6707));
+    EXPECT_EQ(tip->GetToolCount(), 2);
+    CString text;
+    tip->GetText(text, &open);
+    EXPECT_EQ(text, "Opens the project");
+
+    // The same window and id again replace the tool.
+    EXPECT_TRUE(tip->AddTool(&open, "Opens a project"));
+    EXPECT_EQ(tip->GetToolCount(), 2);
+    EXPECT_EQ(TipOf(open), "Opens a project");
+    tip->UpdateTipText("Opens the last project", &open);
+    EXPECT_EQ(TipOf(open), "Opens the last project");
+    tip->GetText(text, &open, 7);
+    EXPECT_EQ(text, "") << "no tool of that id";
+
+    CWnd unmade;
+    EXPECT_FALSE(tip->AddTool(nullptr, "x"));
+    EXPECT_FALSE(tip->AddTool(&unmade, "x"));
+    EXPECT_EQ(tip->GetToolCount(), 2);
+}
+
+// Two tools may share a window (as a tool bar's buttons share the bar):
+// deleting one leaves the other's text showing.
+TEST_F(ToolTips, DeletingOneToolOfAWindowKeepsTheOther)
+{
+    const RECT left{0, 0, 25, 20};
+    const RECT right{25, 0, 50, 20};
+    tip->AddTool(&open, "Left half", &left, 1);
+    tip->AddTool(&open, "Right half", &right, 2);
+    tip->DelTool(&open, 2);
+    EXPECT_EQ(tip->GetToolCount(), 1);
+    EXPECT_EQ(TipOf(open), "Left half");
+    tip->DelTool(&open, 1);
+    EXPECT_EQ(tip->GetToolCount(), 0);
+    EXPECT_EQ(TipOf(open), "");
+    tip->DelTool(&open, 1); // nothing left to delete
+    EXPECT_EQ(tip->GetToolCount(), 0);
+}
+
+TEST_F(ToolTips, InactiveControlShowsNothingUntilActivatedAgain)
+{
+    tip->AddTool(&open, "Opens the project");
+    tip->Activate(FALSE);
+    EXPECT_FALSE(tip->IsActive());
+    EXPECT_EQ(TipOf(open), "");
+    tip->AddTool(&save, "Saves");
+    EXPECT_EQ(TipOf(save), "") << "a tool added meanwhile waits too";
+    tip->SendMessage(TTM_ACTIVATE, TRUE);
+    EXPECT_TRUE(tip->IsActive());
+    EXPECT_EQ(TipOf(open), "Opens the project");
+    EXPECT_EQ(TipOf(save), "Saves");
+
+    // The control's other messages answer as its functions do.
+    EXPECT_EQ(tip->SendMessage(TTM_GETTOOLCOUNT), 2);
+    EXPECT_EQ(tip->SendMessage(TTM_SETMAXTIPWIDTH, 0, 400), -1);
+    EXPECT_EQ(tip->SendMessage(TTM_GETMAXTIPWIDTH), 400);
+    EXPECT_EQ(tip->SetMaxTipWidth(300), 400);
+}
+
+TEST_F(ToolTips, ControlThatGoesTakesItsTextsAlong)
+{
+    tip->AddTool(&open, "Opens the project");
+    tip->AddTool(&save, "Saves");
+    // A window destroyed before the control is passed over.
+    save.DestroyWindow();
+    tip.reset();
+    EXPECT_EQ(TipOf(open), "");
+}
+
+// A tool whose text its window gives on demand shows no fixed text.
+TEST_F(ToolTips, CallbackToolHasNoFixedText)
+{
+    tip->AddTool(&open);
+    EXPECT_EQ(tip->GetToolCount(), 1);
+    EXPECT_EQ(TipOf(open), "");
+    tip->UpdateTipText("Now fixed", &open);
+    EXPECT_EQ(TipOf(open), "Now fixed");
+}
