@@ -8,6 +8,8 @@
 #include "platform/windows/messagepump.h"
 
 #include "support/printers.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -269,22 +271,12 @@ namespace {
 
 class Migration : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/vxmigrateXXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
-        oldFile = dir + "/VEXAL.INI";
-        newFile = dir + "/VEXAL55.INI";
-    }
-    void TearDown() override { fs::remove_all(dir); }
-    static void Write(const std::string& path, const std::string& text) { std::ofstream(path) << text; }
-    static std::string Read(const std::string& path)
-    {
-        std::ifstream in(path);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
-    std::string dir, oldFile, newFile;
+    static void Write(const std::string& path, const std::string& text) { vxtest::WriteBytes(path, text); }
+    static std::string Read(const std::string& path) { return vxtest::ReadBytes(path); }
+    vxtest::TempDir temp;
+    std::string dir = temp.Path();
+    std::string oldFile = dir + "/VEXAL.INI";
+    std::string newFile = dir + "/VEXAL55.INI";
 };
 
 } // namespace

@@ -25,31 +25,6 @@ void MakeDatabase(const std::string& file)
     db.Execute("INSERT INTO Parts (Nr) VALUES (42)");
 }
 
-// Sets an environment variable for the life of the object.
-class Env {
-public:
-    Env(const char* name, const char* value) : name_(name)
-    {
-        if (const char* old = std::getenv(name))
-            old_ = old, had_ = true;
-        if (value)
-            setenv(name, value, 1);
-        else
-            unsetenv(name);
-    }
-    ~Env()
-    {
-        if (had_)
-            setenv(name_.c_str(), old_.c_str(), 1);
-        else
-            unsetenv(name_.c_str());
-    }
-
-private:
-    std::string name_, old_;
-    bool had_ = false;
-};
-
 } // namespace
 
 TEST(OpenDatabase, GivesZeroForAMissingFileAndShowsOnlyWhenAsked)
@@ -133,7 +108,7 @@ TEST(OpenDatabase, ReadsAFileInAReadOnlyDirectoryFromACopy)
     MakeDatabase(dir / "cd/parts.mdb");
     dbtest::WriteBytes(dir / "cd/noise.mdb", std::string(512, 'x'));
     chmod((dir / "cd").c_str(), 0555);
-    Env tempVar("TEMP", temp.path().c_str());
+    vxtest::ScopedEnv tempVar("TEMP", temp.path());
     dbtest::Boxes boxes;
     CDaoDatabase* db = nullptr;
     ASSERT_EQ(openDatabase(&db, (dir / "cd/parts.mdb").c_str(), 1, 1), 2);
@@ -156,8 +131,8 @@ TEST(OpenDatabase, ReadsExclusivelyWithoutATemporaryDirectory)
     std::filesystem::create_directory(dir / "cd");
     MakeDatabase(dir / "cd/parts.mdb");
     chmod((dir / "cd").c_str(), 0555);
-    Env tempVar("TEMP", nullptr);
-    Env tmpdirVar("TMPDIR", nullptr);
+    vxtest::ScopedEnv tempVar("TEMP", nullptr);
+    vxtest::ScopedEnv tmpdirVar("TMPDIR", nullptr);
     CDaoDatabase* db = nullptr;
     ASSERT_EQ(openDatabase(&db, (dir / "cd/parts.mdb").c_str(), 1, 1), 1);
     EXPECT_EQ(db->GetName(), (dir / "cd/parts.mdb").c_str());

@@ -4,40 +4,21 @@
 
 #include "platform/windows/messagebox.h"
 
+#include "support/tempdir.h"
+#include "support/testenv.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 namespace dbtest {
 
-class TempDir {
+// A temporary directory whose files are named as `dir / "parts.mdb"`.
+class TempDir : public vxtest::TempDir {
 public:
-    TempDir()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vxdbtest-XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
-    }
-    ~TempDir()
-    {
-        std::error_code ec;
-        // Make read-only test directories removable again.
-        for (auto& entry : std::filesystem::recursive_directory_iterator(path_, ec))
-            std::filesystem::permissions(entry.path(), std::filesystem::perms::owner_all,
-                                         std::filesystem::perm_options::add, ec);
-        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, std::filesystem::perm_options::add, ec);
-        std::filesystem::remove_all(path_, ec);
-    }
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-    std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-    const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
+    std::string operator/(const std::string& name) const { return Path(name); }
+    const std::string& path() const { return Path(); }
 };
 
 // Records every box; answers OK.
@@ -57,10 +38,6 @@ private:
     vx::MessageBoxHandler old_;
 };
 
-inline void WriteBytes(const std::string& path, const std::string& bytes)
-{
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
-}
+using vxtest::WriteBytes;
 
 } // namespace dbtest

@@ -112,6 +112,77 @@ QImage Render(CWnd& window)
     return vx::RenderWindow(window).convertToFormat(QImage::Format_RGB32);
 }
 
+namespace {
+
+void Send(CWnd* to, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (to && to->m_hWnd)
+        vx::DispatchInputMessage(*to, message, wParam, lParam);
+}
+
+} // namespace
+
+void Key(UINT virtualKey, int modifiers, CWnd* to)
+{
+    auto target = [to] { return to ? to : CWnd::GetFocus(); };
+    const bool alt = modifiers & kAlt;
+    if (modifiers & kShift)
+        Send(target(), WM_KEYDOWN, VK_SHIFT, 1);
+    if (modifiers & kCtrl)
+        Send(target(), WM_KEYDOWN, VK_CONTROL, 1);
+    if (alt) {
+        Send(target(), WM_SYSKEYDOWN, VK_MENU, 1 | (1 << 29));
+        Send(target(), WM_SYSKEYDOWN, virtualKey, 1 | (1 << 29));
+        Send(target(), WM_SYSKEYUP, virtualKey, 1 | (1 << 29) | (1 << 30) | (1LL << 31));
+        Send(target(), WM_KEYUP, VK_MENU, 1 | (1 << 30) | (1LL << 31));
+    } else {
+        Send(target(), WM_KEYDOWN, virtualKey, 1);
+        Send(target(), WM_KEYUP, virtualKey, 1 | (1 << 30) | (1LL << 31));
+    }
+    if (modifiers & kCtrl)
+        Send(target(), WM_KEYUP, VK_CONTROL, 1 | (1 << 30) | (1LL << 31));
+    if (modifiers & kShift)
+        Send(target(), WM_KEYUP, VK_SHIFT, 1 | (1 << 30) | (1LL << 31));
+}
+
+void Type(const char* text)
+{
+    for (const char* p = text; *p; ++p)
+        Send(CWnd::GetFocus(), WM_CHAR, static_cast<unsigned char>(*p), 1);
+}
+
+void Mouse(CWnd& window, UINT message, int x, int y, UINT flags)
+{
+    Send(&window, message, flags, MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y)));
+}
+
+void Click(CWnd& window, int x, int y)
+{
+    const HWND h = window.m_hWnd;
+    Mouse(window, WM_LBUTTONDOWN, x, y, MK_LBUTTON);
+    // A window under capture gets the release, as the desktop delivers it.
+    CWnd* up = CWnd::GetCapture() ? CWnd::GetCapture() : (IsWindow(h) ? &window : nullptr);
+    if (up && up != &window) {
+        CPoint p(x, y);
+        window.ClientToScreen(&p);
+        up->ScreenToClient(&p);
+        Mouse(*up, WM_LBUTTONUP, p.x, p.y);
+    } else if (up) {
+        Mouse(*up, WM_LBUTTONUP, x, y);
+    }
+}
+
+void DoubleClick(CWnd& window, int x, int y)
+{
+    const HWND h = window.m_hWnd;
+    Click(window, x, y);
+    if (!IsWindow(h))
+        return;
+    Mouse(window, WM_LBUTTONDBLCLK, x, y, MK_LBUTTON);
+    if (IsWindow(h))
+        Mouse(CWnd::GetCapture() ? *CWnd::GetCapture() : window, WM_LBUTTONUP, x, y);
+}
+
 } // namespace vxtest
 
 int main(int argc, char** argv)

@@ -51,6 +51,18 @@ CRect Ink(const QImage& image, COLORREF color);
 // A window rendered as it shows.
 QImage Render(CWnd& window);
 
+// Simulated input, delivered as the Qt backend delivers it: through the
+// PreTranslateMessage of the window and its parents, then the window.
+// Keys go to the focused window (or `to`); the modifiers are pressed around
+// the key and let go after it.
+enum Modifier { kNone = 0, kShift = 1, kCtrl = 2, kAlt = 4 };
+void Key(UINT virtualKey, int modifiers = kNone, CWnd* to = nullptr);
+// WM_CHAR for each byte of `text`, to the focused window.
+void Type(const char* text);
+void Click(CWnd& window, int x, int y);
+void DoubleClick(CWnd& window, int x, int y);
+void Mouse(CWnd& window, UINT message, int x, int y, UINT flags = 0);
+
 } // namespace vxtest
 
 #define EXPECT_PIXEL(image, x, y, color) EXPECT_TRUE(vxtest::PixelIs((image), (x), (y), (color)))

@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-using xmltest::ReadFile;
+using xmltest::ReadBytes;
 using vxtest::TempDir;
 
 namespace {
@@ -37,7 +37,7 @@ TEST(KXmlOut, WritesTheTreeInIso88591WithEscapedText)
     out.End();
     EXPECT_EQ(1, out.Save());
 
-    EXPECT_EQ(xmltest::Golden("kxmlout.xml"), ReadFile(dir.Path("projekt.XML")));
+    EXPECT_EQ(xmltest::Golden("kxmlout.xml"), ReadBytes(dir.Path("projekt.XML")));
 }
 
 TEST(KXmlOut, AppendsXmlSuffixEvenAfterAnExtension)
@@ -48,7 +48,7 @@ TEST(KXmlOut, AppendsXmlSuffixEvenAfterAnExtension)
     EXPECT_EQ(1, out.Save());
     EXPECT_TRUE(std::filesystem::exists(dir.Path("a.xml.XML")));
     EXPECT_FALSE(std::filesystem::exists(dir.Path("a.xml")));
-    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(dir.Path("a.xml.XML")));
+    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadBytes(dir.Path("a.xml.XML")));
 }
 
 TEST(KXmlOut, ReplacesUmlautsInElementNamesOnly)
@@ -75,11 +75,11 @@ TEST(KXmlOut, KeepsAnExistingFileUnlessToldToOverwrite)
     EXPECT_EQ(0, out.Open("R", file.c_str(), 0));
     EXPECT_EQ(nullptr, out.GetLast());
     EXPECT_EQ(0, out.Save());
-    EXPECT_EQ("old", ReadFile(file + ".XML"));
+    EXPECT_EQ("old", ReadBytes(file + ".XML"));
 
     EXPECT_EQ(1, out.Open("R", file.c_str(), 1));
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(file + ".XML"));
+    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadBytes(file + ".XML"));
 }
 
 TEST(KXmlOut, NamesMatchFilesOnDiskWithoutRegardToCase)
@@ -91,7 +91,7 @@ TEST(KXmlOut, NamesMatchFilesOnDiskWithoutRegardToCase)
     EXPECT_EQ(1, out.Open("R", dir.Path("Plan").c_str(), 1));
     EXPECT_EQ(1, out.Save());
     // The file keeps its spelling and gets the new content.
-    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadFile(dir.Path("PLAN.xml")));
+    EXPECT_EQ(std::string(kDeclaration) + "<R />\n", ReadBytes(dir.Path("PLAN.xml")));
     EXPECT_FALSE(dir.Exists("Plan.XML"));
 }
 
@@ -108,7 +108,7 @@ TEST(KXmlOut, RefusedOpenLeavesTheOpenDocumentAlone)
     EXPECT_STREQ("Kept", out.GetLast()->Value());
     out.End();
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<First>\n    <Kept />\n</First>\n", ReadFile(dir.Path("first.XML")));
+    EXPECT_EQ(std::string(kDeclaration) + "<First>\n    <Kept />\n</First>\n", ReadBytes(dir.Path("first.XML")));
 }
 
 TEST(KXmlOut, SaveLeavesOutElementsStillOpen)
@@ -121,7 +121,7 @@ TEST(KXmlOut, SaveLeavesOutElementsStillOpen)
     out.Begin("Open")->SetAttribute("a", 1);
     out.Begin("Inner");
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <Closed />\n</R>\n", ReadFile(dir.Path("open.XML")));
+    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <Closed />\n</R>\n", ReadBytes(dir.Path("open.XML")));
     // Save ended the document.
     EXPECT_EQ(nullptr, out.GetLast());
     EXPECT_EQ(0, out.Save());
@@ -138,7 +138,7 @@ TEST(KXmlOut, EndNeverClosesTheRoot)
     out.Begin("A");
     out.End();
     EXPECT_EQ(1, out.Save());
-    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <A />\n</R>\n", ReadFile(dir.Path("root.XML")));
+    EXPECT_EQ(std::string(kDeclaration) + "<R>\n    <A />\n</R>\n", ReadBytes(dir.Path("root.XML")));
 }
 
 TEST(KXmlOut, OpensAgainAfterSaveAndDropsAnUnsavedDocument)
@@ -152,7 +152,7 @@ TEST(KXmlOut, OpensAgainAfterSaveAndDropsAnUnsavedDocument)
     out.End();
     EXPECT_EQ(1, out.Save());
     EXPECT_FALSE(std::filesystem::exists(dir.Path("one.XML")));
-    EXPECT_EQ(std::string(kDeclaration) + "<Two>\n    <B />\n</Two>\n", ReadFile(dir.Path("two.XML")));
+    EXPECT_EQ(std::string(kDeclaration) + "<Two>\n    <B />\n</Two>\n", ReadBytes(dir.Path("two.XML")));
 
     ASSERT_EQ(1, out.Open("Three", (dir.Path("three")).c_str(), 1));
     EXPECT_EQ(1, out.Save());

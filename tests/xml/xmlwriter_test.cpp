@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-using xmltest::ReadFile;
+using xmltest::ReadBytes;
 using vxtest::TempDir;
 
 namespace {
@@ -24,7 +24,7 @@ TEST(xmlwriter, WritesMarkupUnescaped)
         w.CreateChild("b", "x<y");
         w.CloseLasttag();
     }
-    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>x<y</b>\n</a>", ReadFile(dir.Path("a.xml")));
+    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>x<y</b>\n</a>", ReadBytes(dir.Path("a.xml")));
 }
 
 TEST(xmlwriter, WritesAttributesInReverseOrder)
@@ -41,7 +41,7 @@ TEST(xmlwriter, WritesAttributesInReverseOrder)
         w.CreateChild("v", "w");
         w.CloseAlltags();
     }
-    EXPECT_EQ(kDeclaration + "\n<t b=\"2\" a=\"1\">\n\t<u c=\"3&4\"></u>\n\t<v>w</v>\n</t>", ReadFile(dir.Path("t.xml")));
+    EXPECT_EQ(kDeclaration + "\n<t b=\"2\" a=\"1\">\n\t<u c=\"3&4\"></u>\n\t<v>w</v>\n</t>", ReadBytes(dir.Path("t.xml")));
 }
 
 TEST(xmlwriter, WritesTheGoldenDocument)
@@ -66,7 +66,7 @@ TEST(xmlwriter, WritesTheGoldenDocument)
         w.Createtag("sheet");
         w.CloseAlltags();
     }
-    EXPECT_EQ(xmltest::Golden("xmlwriter.xml"), ReadFile(dir.Path("golden.xml")));
+    EXPECT_EQ(xmltest::Golden("xmlwriter.xml"), ReadBytes(dir.Path("golden.xml")));
 }
 
 TEST(xmlwriter, OverwritesAnExistingFile)
@@ -79,7 +79,7 @@ TEST(xmlwriter, OverwritesAnExistingFile)
         xmlwriter w(dir.Path("o.xml"));
         w.CreateChild("x", "1");
     }
-    EXPECT_EQ(kDeclaration + "\n<x>1</x>", ReadFile(dir.Path("o.xml")));
+    EXPECT_EQ(kDeclaration + "\n<x>1</x>", ReadBytes(dir.Path("o.xml")));
 }
 
 TEST(xmlwriter, LeavesTagsOpenThatTheCallerLeftOpen)
@@ -91,7 +91,7 @@ TEST(xmlwriter, LeavesTagsOpenThatTheCallerLeftOpen)
         w.Createtag("b");
         w.CloseLasttag();
     }
-    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>\n\t</b>", ReadFile(dir.Path("open.xml")));
+    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>\n\t</b>", ReadBytes(dir.Path("open.xml")));
 }
 
 TEST(xmlwriter, ClosingWithNoOpenTagWritesNothing)
@@ -103,7 +103,7 @@ TEST(xmlwriter, ClosingWithNoOpenTagWritesNothing)
         w.CloseAlltags();
         w.CreateChild("a", "1");
     }
-    EXPECT_EQ(kDeclaration + "\n<a>1</a>", ReadFile(dir.Path("c.xml")));
+    EXPECT_EQ(kDeclaration + "\n<a>1</a>", ReadBytes(dir.Path("c.xml")));
 }
 
 TEST(xmlwriter, FileThatCannotBeOpenedGetsNothing)
@@ -145,6 +145,6 @@ TEST(xmlwriter, CopiesWriteIntoTheSameFile)
         other = w;
         other.CloseAlltags();
     }
-    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>1</b>\n</a>\n\t<c>2</c>\n</a>", ReadFile(dir.Path("copy.xml")));
-    EXPECT_EQ(kDeclaration, ReadFile(dir.Path("other.xml")));
+    EXPECT_EQ(kDeclaration + "\n<a>\n\t<b>1</b>\n</a>\n\t<c>2</c>\n</a>", ReadBytes(dir.Path("copy.xml")));
+    EXPECT_EQ(kDeclaration, ReadBytes(dir.Path("other.xml")));
 }

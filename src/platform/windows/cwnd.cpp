@@ -31,10 +31,28 @@ std::vector<CWnd*> ChildrenOf(const CWnd* parent)
 {
     std::vector<CWnd*> children;
     for (CWnd* w : ZOrder()) {
-        if (w->GetParent() == parent)
+        if (parent ? (w->GetParent() == parent && (w->GetStyle() & WS_CHILD)) : !w->GetParent())
             children.push_back(w);
     }
     return children;
+}
+
+std::vector<CWnd*> OwnedBy(const CWnd* owner)
+{
+    std::vector<CWnd*> owned;
+    for (CWnd* w : ZOrder()) {
+        if (w->GetParent() == owner)
+            owned.push_back(w);
+    }
+    return owned;
+}
+
+CWnd* TopLevelOf(const CWnd* window)
+{
+    const CWnd* w = window;
+    while (w && (w->GetStyle() & WS_CHILD) && w->GetParent())
+        w = w->GetParent();
+    return const_cast<CWnd*>(w);
 }
 
 CPoint PointOf(LPARAM l)
@@ -238,7 +256,8 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_NCDESTROY: {
         OnNcDestroy();
-        for (CWnd* child : vx::ChildrenOf(this))
+        // Child windows go with their parent, and owned windows with their owner.
+        for (CWnd* child : vx::OwnedBy(this))
             child->DestroyWindow();
         if (vx::g_focus == this)
             vx::g_focus = nullptr;
@@ -555,8 +574,9 @@ void CWnd::ApplyShowState(int command)
 
 BOOL CWnd::IsWindowVisible() const
 {
-    // Visible means shown, and every parent shown too.
-    for (const CWnd* w = this; w; w = w->m_parent) {
+    // Visible means shown, and every parent shown too; an owner's state
+    // does not count.
+    for (const CWnd* w = this; w; w = (w->m_style & WS_CHILD) ? w->m_parent : nullptr) {
         if (!w->m_hWnd || !(w->m_style & WS_VISIBLE))
             return FALSE;
     }

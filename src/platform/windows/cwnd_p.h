@@ -22,7 +22,13 @@ std::unordered_set<const CWnd*>& LiveWindows();
 // Windows with a handle, in z-order among siblings: a sibling that comes
 // earlier lies above the ones after it.
 std::vector<CWnd*>& ZOrder();
+// The child windows (WS_CHILD) of `parent`, or the top-level windows for
+// null; windows a parent only owns (popups, dialogs) are not among them.
 std::vector<CWnd*> ChildrenOf(const CWnd* parent);
+// Every window whose parent or owner is `owner`.
+std::vector<CWnd*> OwnedBy(const CWnd* owner);
+// The top-level window that `window` lies in: up the WS_CHILD chain only.
+CWnd* TopLevelOf(const CWnd* window);
 CPoint PointOf(LPARAM l);
 // A control that dialog navigation may stop at: shown and enabled itself,
 // whatever its parent is doing.

@@ -130,7 +130,7 @@ CWnd* CWnd::GetActiveWindow()
 
 CWnd* CWnd::SetActiveWindow()
 {
-    CWnd* top = GetTopLevelParent();
+    CWnd* top = vx::TopLevelOf(this);
     CWnd* old = vx::g_active;
     if (old == top || !top->m_hWnd)
         return old;

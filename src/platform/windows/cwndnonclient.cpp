@@ -30,8 +30,10 @@ CRect ClientAreaOf(const CWnd& window)
 
 CRect StandardFrameInsets(DWORD style, DWORD exStyle, bool topLevel)
 {
-    if (topLevel && !(style & WS_POPUP))
-        return CRect(); // the desktop draws it
+    // The desktop frames a top-level window, and a popup with a caption (a
+    // dialog: the shim shows it as the desktop's dialog window).
+    if (topLevel && (!(style & WS_POPUP) || (style & WS_CAPTION) == WS_CAPTION))
+        return CRect();
     int width = 0;
     if (style & WS_THICKFRAME)
         width = GetSystemMetrics(SM_CXFRAME);

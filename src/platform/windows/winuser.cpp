@@ -1,7 +1,11 @@
 #include "platform/windows/winuser.h"
 
+#include "platform/windows/sysmetrics.h"
+
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <mutex>
 
 namespace vx {
 namespace {
@@ -57,6 +61,51 @@ BOOL GetCursorPos(POINT* point)
 
 BOOL SetCursorPos(int x, int y)
 {
+    RECT clip;
+    GetClipCursor(&clip);
+    x = std::clamp(x, static_cast<int>(clip.left), std::max<int>(clip.left, clip.right - 1));
+    y = std::clamp(y, static_cast<int>(clip.top), std::max<int>(clip.top, clip.bottom - 1));
     vx::SetCursorPosition(POINT{x, y});
+    return TRUE;
+}
+
+namespace {
+
+std::mutex g_clipLock;
+bool g_clipped = false;
+RECT g_clip{};
+
+RECT VirtualScreen()
+{
+    const int x = GetSystemMetrics(SM_XVIRTUALSCREEN);
+    const int y = GetSystemMetrics(SM_YVIRTUALSCREEN);
+    return RECT{x, y, x + GetSystemMetrics(SM_CXVIRTUALSCREEN), y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+}
+
+} // namespace
+
+BOOL ClipCursor(const RECT* rect)
+{
+    std::lock_guard lock(g_clipLock);
+    g_clipped = rect != nullptr;
+    if (rect) {
+        // Kept within the screen, as the system keeps it.
+        const RECT screen = VirtualScreen();
+        g_clip = RECT{std::max(rect->left, screen.left), std::max(rect->top, screen.top),
+                      std::min(rect->right, screen.right), std::min(rect->bottom, screen.bottom)};
+        if (g_clip.right < g_clip.left)
+            g_clip.right = g_clip.left;
+        if (g_clip.bottom < g_clip.top)
+            g_clip.bottom = g_clip.top;
+    }
+    return TRUE;
+}
+
+BOOL GetClipCursor(RECT* rect)
+{
+    if (!rect)
+        return FALSE;
+    std::lock_guard lock(g_clipLock);
+    *rect = g_clipped ? g_clip : VirtualScreen();
     return TRUE;
 }

@@ -96,6 +96,23 @@ constexpr UINT WA_INACTIVE = 0;
 constexpr UINT WA_ACTIVE = 1;
 constexpr UINT WA_CLICKACTIVE = 2;
 
+// WM_SIZE kinds.
+constexpr UINT SIZE_RESTORED = 0;
+constexpr UINT SIZE_MINIMIZED = 1;
+constexpr UINT SIZE_MAXIMIZED = 2;
+
+// The sizes the user may give a window (WM_GETMINMAXINFO). The window
+// manager asks before the user sizes a window; programs that place a window
+// themselves are not held to them, as on the original.
+struct MINMAXINFO {
+    POINT ptReserved;
+    POINT ptMaxSize;
+    POINT ptMaxPosition;
+    POINT ptMinTrackSize;
+    POINT ptMaxTrackSize;
+};
+using LPMINMAXINFO = MINMAXINFO*;
+
 // Hit test codes (WM_NCHITTEST, low word of WM_SETCURSOR's lParam, wParam
 // of the WM_NC mouse messages).
 constexpr int HTERROR = -2;
@@ -270,6 +287,15 @@ struct MEASUREITEMSTRUCT {
 };
 using LPMEASUREITEMSTRUCT = MEASUREITEMSTRUCT*;
 
+struct DELETEITEMSTRUCT {
+    UINT CtlType;
+    UINT CtlID;
+    UINT itemID;
+    HWND hwndItem;
+    ULONG_PTR itemData;
+};
+using LPDELETEITEMSTRUCT = DELETEITEMSTRUCT*;
+
 // The header of every WM_NOTIFY record.
 struct NMHDR {
     HWND hwndFrom;
@@ -331,6 +357,7 @@ constexpr UINT VK_SUBTRACT = 0x6D;
 constexpr UINT VK_DECIMAL = 0x6E;
 constexpr UINT VK_DIVIDE = 0x6F;
 constexpr UINT VK_F1 = 0x70;
+constexpr UINT VK_F4 = 0x73;
 constexpr UINT VK_F12 = 0x7B;
 constexpr UINT VK_NUMLOCK = 0x90;
 constexpr UINT VK_SCROLL = 0x91;
@@ -342,6 +369,12 @@ VXBASE_EXPORT short GetAsyncKeyState(int virtualKey);
 // The cursor position in screen coordinates, as the last mouse message left it.
 VXBASE_EXPORT BOOL GetCursorPos(POINT* point);
 VXBASE_EXPORT BOOL SetCursorPos(int x, int y);
+// Confines the cursor to a screen rectangle (null frees it); SetCursorPos
+// stays within it. The desktop's own pointer is not confined here: the
+// rectangle is kept for the programs that save and restore it.
+VXBASE_EXPORT BOOL ClipCursor(const RECT* rect);
+// The rectangle the cursor is confined to: the virtual screen when it is free.
+VXBASE_EXPORT BOOL GetClipCursor(RECT* rect);
 
 namespace vx {
 

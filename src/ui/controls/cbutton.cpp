@@ -124,9 +124,14 @@ void CButton::Click()
     }
     if (!IsWindow(self))
         return;
+    Notify(BN_CLICKED);
+}
+
+void CButton::Notify(UINT code)
+{
     if (CWnd* parent = GetParent())
-        parent->SendMessage(WM_COMMAND, MAKEWPARAM(static_cast<WORD>(GetDlgCtrlID()), BN_CLICKED),
-                            reinterpret_cast<LPARAM>(self));
+        parent->SendMessage(WM_COMMAND, MAKEWPARAM(static_cast<WORD>(GetDlgCtrlID()), static_cast<WORD>(code)),
+                            reinterpret_cast<LPARAM>(m_hWnd));
 }
 
 LRESULT CButton::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
@@ -142,6 +147,12 @@ LRESULT CButton::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_LBUTTONDBLCLK:
         if (type == BS_GROUPBOX)
             return 0;
+        if (message == WM_LBUTTONDBLCLK && ((GetStyle() & BS_NOTIFY) || IsRadioType(type) || type == BS_OWNERDRAW)) {
+            const HWND self = m_hWnd;
+            Notify(BN_DOUBLECLICKED);
+            if (!IsWindow(self))
+                return 0;
+        }
         SetFocus();
         SetCapture();
         m_tracking = true;
@@ -200,6 +211,8 @@ LRESULT CButton::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_SETFOCUS:
         m_focused = true;
         Redraw();
+        if (GetStyle() & BS_NOTIFY)
+            Notify(BN_SETFOCUS);
         return 0;
     case WM_KILLFOCUS:
         m_focused = false;
@@ -208,6 +221,8 @@ LRESULT CButton::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
             m_pushed = false;
         }
         Redraw();
+        if (GetStyle() & BS_NOTIFY)
+            Notify(BN_KILLFOCUS);
         return 0;
     case WM_ENABLE:
         Redraw();
@@ -247,9 +262,15 @@ LRESULT CButton::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         if (lParam)
             Redraw();
         return 0;
-    case BM_CLICK:
-        Click();
+    case BM_CLICK: {
+        // As the system's: a press and a release of the left button, which
+        // a class that draws itself sees as its own click.
+        const HWND self = m_hWnd;
+        SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, 0);
+        if (IsWindow(self))
+            SendMessage(WM_LBUTTONUP, 0, 0);
         return 0;
+    }
     case BM_SETIMAGE: {
         HANDLE old = m_image;
         m_image = reinterpret_cast<HANDLE>(lParam);

@@ -4,7 +4,9 @@
 // system's button did: it presses under the mouse and the space bar, sends
 // BN_CLICKED to its parent, toggles automatic check boxes and radio buttons,
 // keeps its check, push and focus state for the BM_ messages, and paints
-// itself in the classic look. A BS_OWNERDRAW button sends WM_DRAWITEM to its
+// itself in the classic look. With BS_NOTIFY the parent also hears
+// BN_SETFOCUS, BN_KILLFOCUS and BN_DOUBLECLICKED (radio and owner-drawn
+// buttons send the last always). A BS_OWNERDRAW button sends WM_DRAWITEM to its
 // parent instead, which hands it back to the button's DrawItem.
 //
 //   class CMyButton : public CButton {
@@ -96,6 +98,7 @@ protected:
 
 private:
     void Click();
+    void Notify(UINT code);
     void Paint();
     void PaintPlain(HDC dc, const RECT& client, UINT state);
     void Redraw();

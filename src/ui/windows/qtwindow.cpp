@@ -3,6 +3,7 @@
 #include "ui/gdi/gdiobjects_p.h"
 #include "ui/windows/qtinterop.h"
 #include "ui/windows/uiapp.h"
+#include "ui/windows/windowsizing.h"
 
 #include "platform/framework/codepage.h"
 #include "platform/windows/sysmetrics.h"
@@ -402,7 +403,9 @@ QtWindowBackend::QtWindowBackend(CWnd& owner, CWnd* parent, DWORD style, DWORD e
     Qt::WindowFlags flags = Qt::Widget;
     if (!(style & WS_CHILD) || !parentWidget) {
         m_topLevel = true;
-        if (style & WS_POPUP)
+        if ((style & WS_POPUP) && (style & WS_CAPTION) == WS_CAPTION)
+            flags = Qt::Dialog; // a dialog: a caption, and above its owner
+        else if (style & WS_POPUP)
             flags = Qt::Tool | Qt::FramelessWindowHint;
         else
             flags = Qt::Window;
@@ -434,8 +437,29 @@ QtWindowBackend::~QtWindowBackend()
 
 void QtWindowBackend::Show(bool visible)
 {
-    if (m_widget)
-        m_widget->setVisible(visible);
+    if (!m_widget)
+        return;
+    if (visible && m_topLevel)
+        ApplySizeLimits();
+    m_widget->setVisible(visible);
+}
+
+void QtWindowBackend::ApplySizeLimits()
+{
+    // The desktop sizes a window as the user drags its frame; it holds to
+    // the sizes the window answers to WM_GETMINMAXINFO. A window with a
+    // caption but no sizing frame keeps its size.
+    const DWORD style = m_owner.GetStyle();
+    if ((style & WS_CAPTION) == WS_CAPTION && !(style & WS_THICKFRAME)) {
+        m_widget->setFixedSize(std::max(1, m_rect.Width()), std::max(1, m_rect.Height()));
+        return;
+    }
+    if (!(style & WS_THICKFRAME))
+        return;
+    const MINMAXINFO limits = QueryMinMaxInfo(m_owner);
+    m_widget->setMinimumSize(std::max<int>(0, limits.ptMinTrackSize.x), std::max<int>(0, limits.ptMinTrackSize.y));
+    m_widget->setMaximumSize(std::min<int>(QWIDGETSIZE_MAX, std::max<int>(1, limits.ptMaxTrackSize.x)),
+                             std::min<int>(QWIDGETSIZE_MAX, std::max<int>(1, limits.ptMaxTrackSize.y)));
 }
 
 bool QtWindowBackend::IsVisible() const
@@ -456,8 +480,16 @@ void QtWindowBackend::SetGeometry(const CRect& rect)
         offset = QPoint(client.left, client.top);
     }
     m_settingGeometry = true;
+    if (m_topLevel) {
+        // A program places its windows where it likes, within the desktop's
+        // limits or not, as on the original.
+        m_widget->setMinimumSize(0, 0);
+        m_widget->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    }
     m_widget->setGeometry(
         QRect(rect.left + offset.x(), rect.top + offset.y(), std::max(0, rect.Width()), std::max(0, rect.Height())));
+    if (m_topLevel && m_widget->isVisible())
+        ApplySizeLimits();
     m_settingGeometry = false;
 }
 
@@ -496,8 +528,16 @@ void QtWindowBackend::SetText(const char* text)
 
 void QtWindowBackend::SetEnabled(bool enabled)
 {
-    if (m_widget)
-        m_widget->setEnabled(enabled);
+    if (!m_widget)
+        return;
+    m_widget->setEnabled(enabled);
+    // Qt disables the windows a window owns along with it; on the platform
+    // each window keeps its own state (a modal dialog stays usable over its
+    // disabled owner).
+    for (WindowWidget* w : m_widget->findChildren<WindowWidget*>()) {
+        if (w->isWindow() && w->Backend())
+            w->setEnabled(w->Backend()->Owner().IsWindowEnabled() != FALSE);
+    }
 }
 
 void QtWindowBackend::Invalidate(const RECT* rect, bool erase)

@@ -93,6 +93,7 @@ public:
     bool SettingGeometry() const { return m_settingGeometry; }
 
 private:
+    void ApplySizeLimits();
     CWnd& m_owner;
     CWnd* m_parent;
     QPointer<WindowWidget> m_widget;

@@ -2,12 +2,12 @@
 #include "platform/files/hostpath.h"
 
 #include "support/printers.h"
+#include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -16,24 +16,11 @@ namespace {
 
 class TempDir : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/vxplatformXXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
-    }
-    void TearDown() override
-    {
-        vx::SetDriveRoot('P', "");
-        fs::remove_all(dir);
-    }
-    void Write(const std::string& name, const std::string& text) { std::ofstream(dir + "/" + name) << text; }
-    std::string Read(const std::string& name)
-    {
-        std::ifstream in(dir + "/" + name);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
-    std::string dir;
+    void TearDown() override { vx::SetDriveRoot('P', ""); }
+    void Write(const std::string& name, const std::string& text) { vxtest::WriteBytes(dir + "/" + name, text); }
+    std::string Read(const std::string& name) { return vxtest::ReadBytes(dir + "/" + name); }
+    vxtest::TempDir temp;
+    std::string dir = temp.Path();
 };
 
 } // namespace

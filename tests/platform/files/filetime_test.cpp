@@ -1,10 +1,13 @@
 #include "platform/framework/ctime.h"
 #include "platform/files/filetime.h"
 
+#include "support/scopedenv.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <ctime>
+#include <memory>
 #include <string>
 
 namespace {
@@ -12,25 +15,15 @@ namespace {
 // Runs the test body in a fixed time zone and restores the old one.
 class TimeZone {
 public:
-    explicit TimeZone(const char* tz)
-    {
-        if (const char* old = std::getenv("TZ"))
-            m_old = old, m_had = true;
-        setenv("TZ", tz, 1);
-        tzset();
-    }
+    explicit TimeZone(const char* tz) : m_tz(std::make_unique<vxtest::ScopedEnv>("TZ", tz)) { tzset(); }
     ~TimeZone()
     {
-        if (m_had)
-            setenv("TZ", m_old.c_str(), 1);
-        else
-            unsetenv("TZ");
+        m_tz.reset();
         tzset();
     }
 
 private:
-    std::string m_old;
-    bool m_had = false;
+    std::unique_ptr<vxtest::ScopedEnv> m_tz;
 };
 
 } // namespace

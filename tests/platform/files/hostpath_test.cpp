@@ -1,10 +1,9 @@
 #include "platform/files/hostpath.h"
 
 #include "support/printers.h"
+#include "support/scopedenv.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 TEST(HostPath, MapsDrivesAndBackslashes)
 {
@@ -22,8 +21,9 @@ TEST(HostPath, MapsDrivesAndBackslashes)
 
 TEST(HostPath, DriveFromEnvironment)
 {
-    setenv("VXBASE_DRIVE_K", "/mnt/k", 1);
-    EXPECT_EQ(vx::HostPath("K:\\a"), "/mnt/k/a");
-    unsetenv("VXBASE_DRIVE_K");
+    {
+        vxtest::ScopedEnv drive("VXBASE_DRIVE_K", "/mnt/k");
+        EXPECT_EQ(vx::HostPath("K:\\a"), "/mnt/k/a");
+    }
     EXPECT_EQ(vx::HostPath("K:\\a"), "/a");
 }

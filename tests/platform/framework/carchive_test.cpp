@@ -1,6 +1,7 @@
 #include "platform/framework/carchive.h"
 
 #include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +15,8 @@ namespace {
 
 std::vector<unsigned char> Bytes(const std::string& file)
 {
-    std::ifstream in(file, std::ios::binary);
-    return std::vector<unsigned char>(std::istreambuf_iterator<char>(in), {});
+    const std::string bytes = vxtest::ReadBytes(file);
+    return std::vector<unsigned char>(bytes.begin(), bytes.end());
 }
 
 } // namespace

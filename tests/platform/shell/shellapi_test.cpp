@@ -2,6 +2,7 @@
 #include "platform/shell/shellapi.h"
 
 #include "support/tempdir.h"
+#include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
@@ -20,12 +21,6 @@ int Delete(const std::string& list, FILEOP_FLAGS extra)
     return SHFileOperationA(&op);
 }
 
-std::string ReadAll(const std::string& path)
-{
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 } // namespace
 
 TEST(SHFileOperation, UndoMovesToTheTrashWithItsInfoFile)
@@ -35,8 +30,8 @@ TEST(SHFileOperation, UndoMovesToTheTrashWithItsInfoFile)
     dir.Write("plan.0012", "page");
     ASSERT_EQ(Delete(dir.Path("plan.0012") + std::string(1, '\0'), FOF_ALLOWUNDO), 0);
     EXPECT_FALSE(dir.Exists("plan.0012"));
-    EXPECT_EQ(ReadAll(home.Path("Trash/files/plan.0012")), "page");
-    const std::string info = ReadAll(home.Path("Trash/info/plan.0012.trashinfo"));
+    EXPECT_EQ(vxtest::ReadBytes(home.Path("Trash/files/plan.0012")), "page");
+    const std::string info = vxtest::ReadBytes(home.Path("Trash/info/plan.0012.trashinfo"));
     EXPECT_NE(info.find("[Trash Info]"), std::string::npos);
     EXPECT_NE(info.find("Path=" + dir.Path("plan.0012")), std::string::npos);
     EXPECT_NE(info.find("DeletionDate="), std::string::npos);

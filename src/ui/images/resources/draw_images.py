@@ -152,6 +152,63 @@ bitmap(0x3EF, 13, 13, radio(False, False))
 bitmap(0x3F6, 13, 13, radio(False, True))
 bitmap(0x3F8, 13, 13, radio(True, True))
 
+# --- the preview: "no preview" (6814, 84 x 24) ----------------------------------------
+# A page crossed out and the words "BRAK PODGLĄDU" in a 5 x 7 pixel font.
+GLYPHS = {
+    "B": ["11110", "10001", "10001", "11110", "10001", "10001", "11110"],
+    "R": ["11110", "10001", "10001", "11110", "10100", "10010", "10001"],
+    "A": ["01110", "10001", "10001", "11111", "10001", "10001", "10001"],
+    "K": ["10001", "10010", "10100", "11000", "10100", "10010", "10001"],
+    "P": ["11110", "10001", "10001", "11110", "10000", "10000", "10000"],
+    "O": ["01110", "10001", "10001", "10001", "10001", "10001", "01110"],
+    "D": ["11100", "10010", "10001", "10001", "10001", "10010", "11100"],
+    "G": ["01110", "10001", "10000", "10111", "10001", "10001", "01111"],
+    "L": ["10000", "10000", "10000", "10000", "10000", "10000", "11111"],
+    "U": ["10001", "10001", "10001", "10001", "10001", "10001", "01110"],
+    # A with its ogonek below the line.
+    "\u0104": ["01110", "10001", "10001", "11111", "10001", "10001", "10001", "00010", "00011"],
+}
+
+
+def text_pixels(text, left, top):
+    ink = set()
+    for i, ch in enumerate(text):
+        for row, bits in enumerate(GLYPHS[ch]):
+            for col, bit in enumerate(bits):
+                if bit == "1":
+                    ink.add((left + i * 6 + col, top + row))
+    return ink
+
+
+def no_preview():
+    words = text_pixels("BRAK", 26, 3) | text_pixels("PODGL\u0104DU", 26, 12)
+    paper = (244, 244, 244)
+
+    def pixel(x, y):
+        if x == 0 or y == 0 or x == 83 or y == 23:
+            return (160, 160, 160)
+        if (x, y) in words:
+            return (64, 64, 64)
+        # The page, 12 x 16 with a folded corner, crossed out in red.
+        px, py = x - 7, y - 4
+        if 0 <= px <= 12 and 0 <= py <= 16:
+            if dist_to_segment(x + 0.5, y + 0.5, 4, 21, 22, 3) <= 1.0:
+                return (200, 0, 0)
+            if px > 8 and py < 4 and px - 8 > py:
+                return paper  # cut corner
+            if px == 0 or py == 16 or px == 12 or py == 0 or (px - 8 == py and px >= 8):
+                return (96, 96, 96)
+            if (px >= 8 and py == 4) or (px == 8 and py <= 4):
+                return (96, 96, 96)  # the folded corner
+            return (255, 255, 255)
+        if dist_to_segment(x + 0.5, y + 0.5, 4, 21, 22, 3) <= 1.0:
+            return (200, 0, 0)
+        return paper
+    return pixel
+
+
+bitmap(6814, 84, 24, no_preview())
+
 # --- the resource file -------------------------------------------------------------
 entries = []
 for folder in ("bitmaps", "icons"):

@@ -1,0 +1,3 @@
+#include "menus/cnewtoolbar.h"
+
+int CNewToolBar::m_NewToolbar = 1;
