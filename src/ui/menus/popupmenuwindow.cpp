@@ -439,6 +439,15 @@ void PopupMenuWindow::DrawItem(HDC dc, int position, UINT action)
         dis.itemData = it.data;
         const int saved = SaveDC(dc);
         SendMessageA(m_tracker.Owner(), WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&dis));
+        if (it.sub) {
+            // The menu draws the arrow of a sub-menu itself, in the colour
+            // the owner left for the text.
+            const int check = GetSystemMetrics(SM_CXMENUCHECK);
+            const RECT& r = it.rect;
+            const int top = r.top + (r.bottom - r.top - check) / 2;
+            RECT arrow{r.right - check - 2, top, r.right - 2, top + check};
+            Glyph(dc, arrow, kMarlettArrow, GetTextColor(dc));
+        }
         RestoreDC(dc, saved);
         return;
     }
