@@ -812,20 +812,33 @@ CNewMenu* CNewMenu::FindPopupMenuFromIDData(HMENU menu, UINT id, ULONG_PTR data)
     CNewMenu* self = NewMenuOf(menu);
     if (!self)
         return nullptr;
+    // The item data of an owner-drawn item is ours: the list answers
+    // without asking the menu for every item.
+    for (int i = 0; i < self->m_MenuItemList.GetSize(); ++i) {
+        auto* item = static_cast<CNewMenuItemData*>(self->m_MenuItemList.GetAt(i));
+        if (reinterpret_cast<ULONG_PTR>(item) == data && item->m_nID == id)
+            return self;
+    }
     const int n = ::GetMenuItemCount(menu);
     for (int i = 0; i < n; ++i) {
+        HMENU sub = ::GetSubMenu(menu, i);
+        if (!sub) {
+            MENUITEMINFOA info{};
+            info.cbSize = sizeof info;
+            info.fMask = MIIM_ID | MIIM_DATA;
+            if (self->m_MenuItemList.GetSize() != n && ::GetMenuItemInfoA(menu, static_cast<UINT>(i), TRUE, &info) &&
+                info.wID == id && info.dwItemData == data)
+                return self;
+            continue;
+        }
         MENUITEMINFOA info{};
         info.cbSize = sizeof info;
-        info.fMask = MIIM_ID | MIIM_DATA | MIIM_SUBMENU;
-        if (!::GetMenuItemInfoA(menu, static_cast<UINT>(i), TRUE, &info))
-            continue;
-        const UINT itemId = info.hSubMenu ? HandleId(info.hSubMenu) : info.wID;
-        if (itemId == id && info.dwItemData == data)
+        info.fMask = MIIM_DATA;
+        ::GetMenuItemInfoA(menu, static_cast<UINT>(i), TRUE, &info);
+        if (HandleId(sub) == id && info.dwItemData == data)
             return self;
-        if (info.hSubMenu) {
-            if (CNewMenu* found = FindPopupMenuFromIDData(info.hSubMenu, id, data))
-                return found;
-        }
+        if (CNewMenu* found = FindPopupMenuFromIDData(sub, id, data))
+            return found;
     }
     return nullptr;
 }

@@ -24,14 +24,26 @@ COLORREF Nearest(HDC dc, COLORREF c)
     return GetNearestColor(dc, c);
 }
 
-HFONT MakeMenuFont(bool bold)
+// The menu font (SPI_GETNONCLIENTMETRICS), bold for the default item. The
+// font is kept while the metrics stay the same: making it for every item
+// costs more than drawing the item.
+HFONT MenuFont(bool bold)
 {
     NONCLIENTMETRICSA metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     if (bold)
         metrics.lfMenuFont.lfWeight = FW_BOLD;
-    return CreateFontIndirectA(&metrics.lfMenuFont);
+    static LOGFONTA made[2]{};
+    static HFONT fonts[2]{};
+    const int k = bold ? 1 : 0;
+    if (!fonts[k] || std::memcmp(&made[k], &metrics.lfMenuFont, sizeof(LOGFONTA)) != 0) {
+        if (fonts[k])
+            DeleteObject(fonts[k]);
+        fonts[k] = CreateFontIndirectA(&metrics.lfMenuFont);
+        made[k] = metrics.lfMenuFont;
+    }
+    return fonts[k];
 }
 
 CSize TextExtent(HDC dc, const CString& text)
@@ -149,14 +161,13 @@ void CNewMenu::MeasureCommon(LPMEASUREITEMSTRUCT item, BOOL isMenuBar, int style
     }
     auto measureText = [&](CNewMenuItemData* which, int& width, int& height) {
         const bool bold = ::GetMenuDefaultItem(m_hMenu, FALSE, 0) == which->m_nID;
-        HFONT font = MakeMenuFont(bold);
+        HFONT font = MenuFont(bold);
         HGDIOBJ old = SelectObject(dc, font);
         CString text = which->m_szMenuText;
         if (kind != Measure::OldStyle)
             text.Replace("\t", "nnn");
         const CSize size = TextExtent(dc, text);
         SelectObject(dc, old);
-        DeleteObject(font);
         const int cyMenu = GetSystemMetrics(SM_CYMENU);
         if (!isMenuBar) {
             width = kind == Measure::WinXP ? size.cx + cyMenu / 2 + m_iconX + 6 : size.cx + 2 + 2 * m_iconX;
@@ -494,7 +505,7 @@ void CNewMenu::DrawXP(LPDRAWITEMSTRUCT lpDIS, BOOL bar, bool office2003)
     const bool checkBitmap = checked && !hasImage && m_checkmaps &&
                              ((selected && m_selectcheck > 0) || m_unselectcheck > 0);
     if (!data->m_szMenuText.IsEmpty()) {
-        HFONT font = MakeMenuFont((state & ODS_DEFAULT) != 0);
+        HFONT font = MenuFont((state & ODS_DEFAULT) != 0);
         HGDIOBJ old = SelectObject(dc->m_hDC, font);
         SetBkMode(dc->m_hDC, TRANSPARENT);
         COLORREF text = GetSysColor(COLOR_MENUTEXT);
@@ -514,7 +525,6 @@ void CNewMenu::DrawXP(LPDRAWITEMSTRUCT lpDIS, BOOL bar, bool office2003)
             DrawTextA(dc->m_hDC, data->m_szMenuText, data->m_szMenuText.GetLength(), &S, 0x25 | prefix);
         }
         SelectObject(dc->m_hDC, old);
-        DeleteObject(font);
     }
     if (bar)
         return;
@@ -798,7 +808,7 @@ void CNewMenu::DrawClassic(LPDRAWITEMSTRUCT lpDIS, BOOL bar, bool icy)
     // Text.
     if (data->m_szMenuText.IsEmpty())
         return;
-    HFONT font = MakeMenuFont((state & ODS_DEFAULT) != 0);
+    HFONT font = MenuFont((state & ODS_DEFAULT) != 0);
     HGDIOBJ old = SelectObject(dc->m_hDC, font);
     SetBkMode(dc->m_hDC, TRANSPARENT);
     COLORREF text = GetSysColor(COLOR_MENUTEXT);
@@ -845,7 +855,6 @@ void CNewMenu::DrawClassic(LPDRAWITEMSTRUCT lpDIS, BOOL bar, bool icy)
         draw(0, text);
     }
     SelectObject(dc->m_hDC, old);
-    DeleteObject(font);
 }
 
 void CNewMenu::DrawItem_SpecialStyle(LPDRAWITEMSTRUCT lpDIS, BOOL bar)
@@ -864,7 +873,7 @@ void CNewMenu::DrawItem_SpecialStyle(LPDRAWITEMSTRUCT lpDIS, BOOL bar)
     if (active)
         SetLastMenuRect(lpDIS->hDC, &rect);
     Fill(dc, rect, active ? GetSysColor(COLOR_HIGHLIGHT) : GetMenuBarColor(nullptr));
-    HFONT font = MakeMenuFont(false);
+    HFONT font = MenuFont(false);
     HGDIOBJ old = SelectObject(dc->m_hDC, font);
     SetBkMode(dc->m_hDC, TRANSPARENT);
     SetTextColor(dc->m_hDC, GetSysColor((state & ODS_GRAYED) ? COLOR_GRAYTEXT
@@ -872,7 +881,6 @@ void CNewMenu::DrawItem_SpecialStyle(LPDRAWITEMSTRUCT lpDIS, BOOL bar)
                                                                : COLOR_MENUTEXT));
     DrawTextA(dc->m_hDC, data->m_szMenuText, data->m_szMenuText.GetLength(), &rect, 0x25);
     SelectObject(dc->m_hDC, old);
-    DeleteObject(font);
 }
 
 // --- titles ------------------------------------------------------------------------------------------

@@ -192,52 +192,65 @@ void CMenuTheme::DrawShadow(HDC dc, CMenuWindowData* data, int w, int h)
 {
     if (!data || !data->m_Screen.m_hObject || w < 8 || h < 8)
         return;
-    // The strips are worked out in a copy of the capture and copied at once.
+    // The two strips are worked out from the capture and copied at once:
+    // four columns at the right (corner included), four rows below.
     CBitmap& screen = data->m_Screen;
-    HDC source = CreateCompatibleDC(dc);
-    HBITMAP work = CreateCompatibleBitmap(dc, w, h);
-    HGDIOBJ old = SelectObject(source, work);
-    HDC capture = CreateCompatibleDC(dc);
-    HGDIOBJ oldCapture = SelectObject(capture, screen.m_hObject);
-    BitBlt(source, 0, 0, w, h, capture, 0, 0, SRCCOPY);
-    SelectObject(capture, oldCapture);
-    DeleteDC(capture);
-    SelectObject(source, old);
-    CBitmap* pixels = CBitmap::FromHandle(work);
-    auto darken = [&](int x, int y, long level) {
-        pixels->SetPixel(x, y, DarkenColor(level, screen.GetPixel(x, y)));
-    };
-    if (NumScreenColors() <= 256) {
-        const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
-        for (int x = w - 3; x >= w - 4; --x)
-            for (int y = 4; y <= h - 3; ++y)
-                pixels->SetPixel(x, y, shadow);
-        for (int y = h - 3; y >= h - 4; --y)
-            for (int x = 4; x <= w - 5; ++x)
-                pixels->SetPixel(x, y, shadow);
-    } else {
-        for (int k = 1; k <= 4; ++k) {
-            const int x = w - k;
-            for (int y = 4; y <= 7; ++y)
-                darken(x, y, 6L * k * (y - 3));
-            for (int y = 8; y <= h - 5; ++y)
-                darken(x, y, 30L * k);
-            for (int y = h - 4; y <= h - 1; ++y)
-                darken(x, y, 6L * k * (h - y));
+    CBitmap right;
+    CBitmap bottom;
+    right.Attach(CreateCompatibleBitmap(dc, 4, h));
+    bottom.Attach(CreateCompatibleBitmap(dc, w - 4, 4));
+    const bool few = NumScreenColors() <= 256;
+    const COLORREF flat = GetSysColor(COLOR_BTNSHADOW);
+    COLORREF lastIn = CLR_INVALID;
+    long lastLevel = -1;
+    COLORREF lastOut = 0;
+    auto shade = [&](int x, int y, long level) {
+        const COLORREF c = screen.GetPixel(x, y);
+        if (level <= 0)
+            return c;
+        if (few)
+            return flat;
+        if (c != lastIn || level != lastLevel) {
+            lastIn = c;
+            lastLevel = level;
+            lastOut = DarkenColor(level, c);
         }
-        for (int k = 1; k <= 4; ++k) {
-            const int y = h - k;
-            for (int x = 4; x <= 7; ++x)
-                darken(x, y, 6L * k * (x - 3));
-            for (int x = 8; x <= w - 5; ++x)
-                darken(x, y, 30L * k);
+        return lastOut;
+    };
+    for (int k = 1; k <= 4; ++k) {
+        const int x = w - k;
+        for (int y = 0; y < h; ++y) {
+            long level = 0;
+            if (few)
+                level = (k >= 3 && y >= 4 && y <= h - 3) ? 1 : 0;
+            else if (y >= 4 && y <= 7)
+                level = 6L * k * (y - 3);
+            else if (y >= 8 && y <= h - 5)
+                level = 30L * k;
+            else if (y >= h - 4)
+                level = 6L * k * (h - y);
+            right.SetPixel(x - (w - 4), y, shade(x, y, level));
         }
     }
-    old = SelectObject(source, work);
-    BitBlt(dc, w - 4, 0, 4, h, source, w - 4, 0, SRCCOPY);
-    BitBlt(dc, 0, h - 4, w, 4, source, 0, h - 4, SRCCOPY);
+    for (int k = 1; k <= 4; ++k) {
+        const int y = h - k;
+        for (int x = 0; x < w - 4; ++x) {
+            long level = 0;
+            if (few)
+                level = (k >= 3 && x >= 4 && x <= w - 5) ? 1 : 0;
+            else if (x >= 4 && x <= 7)
+                level = 6L * k * (x - 3);
+            else if (x >= 8)
+                level = 30L * k;
+            bottom.SetPixel(x, y - (h - 4), shade(x, y, level));
+        }
+    }
+    HDC source = CreateCompatibleDC(dc);
+    HGDIOBJ old = SelectObject(source, right.m_hObject);
+    BitBlt(dc, w - 4, 0, 4, h, source, 0, 0, SRCCOPY);
+    SelectObject(source, bottom.m_hObject);
+    BitBlt(dc, 0, h - 4, w - 4, 4, source, 0, 0, SRCCOPY);
     SelectObject(source, old);
-    DeleteObject(work);
     DeleteDC(source);
 }
 
