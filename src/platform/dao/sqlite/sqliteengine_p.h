@@ -18,7 +18,8 @@
 namespace vx {
 
 // Raises the DAO error that fits SQLite's result `rc` (CMemoryException for
-// SQLITE_NOMEM). `what` names the object or statement for the text.
+// SQLITE_NOMEM while memory is short; a damaged file is 3049). `what` names
+// the object or statement for the text.
 [[noreturn]] void ThrowSqlite(sqlite3* db, int rc, const std::string& what);
 
 // Reads column `index` of the current row of `stmt`.
