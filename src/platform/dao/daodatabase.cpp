@@ -1,5 +1,6 @@
 #include "platform/dao/daodatabase.h"
 
+#include "platform/dao/daoconnect.h"
 #include "platform/dao/daodatabase_p.h"
 #include "platform/dao/daorecordset.h"
 #include "platform/dao/daoworkspace.h"
@@ -73,6 +74,19 @@ void CDaoDatabase::Open(const char* name, BOOL exclusive, BOOL readOnly, const c
         Close();
     const std::string file = name ? name : "";
     const std::string connectText = connect ? connect : "";
+    // A server database comes as DAO's ODBC connect text, in the connect
+    // argument or (as openDatabase and DbOeffnen pass it) as the name.
+    const bool server = vx::IsServerConnect(connectText) || vx::IsServerConnect(file);
+    if (server) {
+        const std::string& text = vx::IsServerConnect(connectText) ? connectText : file;
+        d->engine = vx::OpenServerEngine(text, readOnly != FALSE);
+        // Kept without the password, so that nothing shows it.
+        d->name = vx::ServerDatabaseName(text);
+        d->connect = vx::WithoutPassword(text);
+        d->exclusive = false;
+        d->transactionDepth = 0;
+        return;
+    }
     if (vx::TrimSql(connectText).empty()) {
         if (file.empty())
             vx::ThrowDao(vx::kDaoFileNotFound, "Could not find file ''.");
@@ -92,9 +106,15 @@ void CDaoDatabase::Create(const char* name, const char* locale, int options)
         Close();
     const std::string file = name ? name : "";
     const std::string localeText = locale ? locale : "";
-    d->engine = vx::CreateFileEngine(file, localeText, options);
-    d->name = file;
-    d->connect.clear();
+    if (vx::IsServerConnect(file)) {
+        d->engine = vx::CreateServerEngine(file, localeText, options);
+        d->name = vx::ServerDatabaseName(file);
+        d->connect = vx::WithoutPassword(file);
+    } else {
+        d->engine = vx::CreateFileEngine(file, localeText, options);
+        d->name = file;
+        d->connect.clear();
+    }
     d->exclusive = false;
     d->transactionDepth = 0;
 }

@@ -139,6 +139,9 @@ public:
     virtual std::unique_ptr<RowWriter> PrepareUpdate(const std::string& table, const std::vector<DaoColumn>& columns,
                                                      const std::string& assigned) = 0;
     virtual void DeleteRow(const std::string& table, std::int64_t key) = 0;
+    // After records were written with their counters' numbers (a copy):
+    // the next record added numbers on from the highest.
+    virtual void CountersFollow(const std::string& /*table*/) {}
 
     // --- transactions of the workspace; they nest
     virtual void BeginTrans() = 0;
@@ -152,5 +155,9 @@ std::unique_ptr<Engine> OpenFileEngine(const std::string& file, bool exclusive, 
 std::unique_ptr<Engine> CreateFileEngine(const std::string& file, const std::string& locale, int options);
 // A workbook or dBASE directory, by the type at the start of `connect`.
 std::unique_ptr<Engine> OpenIsamEngine(const std::string& file, bool readOnly, const std::string& connect);
+// A database on a PostgreSQL server, by a connect text "ODBC;..."
+// (platform/dao/daoconnect.h).
+std::unique_ptr<Engine> OpenServerEngine(const std::string& connect, bool readOnly);
+std::unique_ptr<Engine> CreateServerEngine(const std::string& connect, const std::string& locale, int options);
 
 } // namespace vx
