@@ -76,6 +76,22 @@ bool IsNumberType(const CString& type)
     return type == "0" || type == "2";
 }
 
+// The value of a number entry divided by a factor that is not 0.
+CString ScaledText(const KIniExpertEntry& entry, int factor)
+{
+    CString shown;
+    if (entry.m_type == "0") {
+        // Whole numbers divide as C does, towards zero; INT_MIN / -1 is the
+        // one quotient that does not fit, and wraps as on x86.
+        const int value = vx::TextToInt(entry.m_value);
+        const std::int64_t quotient = static_cast<std::int64_t>(value) / factor;
+        shown.Format("%d", static_cast<int>(static_cast<std::uint32_t>(quotient)));
+    } else {
+        shown = vx::FixedText(vx::TextToDouble(entry.m_value) / factor).c_str();
+    }
+    return shown;
+}
+
 } // namespace
 
 namespace vx {
@@ -158,23 +174,19 @@ CString IniExpertDisplayText(const KIniExpertEntry& entry)
             return i < entry.m_choiceCaptions.GetSize() ? entry.m_choiceCaptions[i] : CString();
         bool scaled = false;
         const int factor = ScaledChoiceFactor(key, &scaled);
-        if (!scaled || factor == 0)
-            continue;
-        CString shown;
-        if (entry.m_type == "0") {
-            // Whole numbers divide as C does, towards zero; INT_MIN / -1 is
-            // the one quotient that does not fit, and wraps as on x86.
-            const int value = TextToInt(entry.m_value);
-            const std::int64_t quotient = static_cast<std::int64_t>(value) / factor;
-            shown.Format("%d", static_cast<int>(static_cast<std::uint32_t>(quotient)));
-            return shown;
-        }
-        if (entry.m_type == "2") {
-            shown = FixedText(TextToDouble(entry.m_value) / factor).c_str();
-            return shown;
-        }
+        if (scaled && factor != 0 && IsNumberType(entry.m_type))
+            return ScaledText(entry, factor);
     }
     return entry.m_value;
+}
+
+CString IniExpertScaledText(const KIniExpertEntry& entry, int choice)
+{
+    if (choice < 0 || choice >= entry.m_choiceKeys.GetSize() || !IsNumberType(entry.m_type))
+        return entry.m_value;
+    bool scaled = false;
+    const int factor = ScaledChoiceFactor(entry.m_choiceKeys[choice], &scaled);
+    return scaled && factor != 0 ? ScaledText(entry, factor) : entry.m_value;
 }
 
 CString IniExpertStoredValue(const KIniExpertEntry& entry, int choice, const char* typed)

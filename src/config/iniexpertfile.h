@@ -94,6 +94,12 @@ VXBASE_EXPORT int ScaledChoiceFactor(const CString& choiceKey, bool* scaled = nu
 // factor ("%d" of whole numbers, "%f"); else the value as it stands.
 VXBASE_EXPORT CString IniExpertDisplayText(const KIniExpertEntry& entry);
 
+// The current value as the number of the scaled choice `choice` (an
+// index): the value divided by its factor ("%d" of whole numbers for type
+// "0", "%f" for type "2"); the value as it stands when that choice is not a
+// scaled one, its factor is 0 or the type is not a number.
+VXBASE_EXPORT CString IniExpertScaledText(const KIniExpertEntry& entry, int choice);
+
 // The value to store for `typed` text when the scaled choice `choice` (an
 // index; -1 or an unscaled one for none) is being typed: the number times
 // the factor ("%d" for type "0", "%f" for type "2"), or the text as it

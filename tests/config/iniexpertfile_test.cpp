@@ -299,3 +299,20 @@ TEST(IniExpertStoredValue, MultipliesTheTypedNumberOfAScaledChoice)
     const KIniExpertEntry text = Entry("WINAT", "1", "1", {"x/10"}, {"tenths"});
     EXPECT_STREQ(vx::IniExpertStoredValue(text, 0, "12"), "12");
 }
+
+TEST(IniExpertScaledText, ShowsTheValueInTheUnitOfTheChosenScale)
+{
+    // The edit that opens after a scaled choice shows the value in its unit.
+    const KIniExpertEntry grid = Entry("WINAT", "0", "2500", {"0", "x/1000", "x"}, {"none", "mm", "um"});
+    EXPECT_STREQ(vx::IniExpertScaledText(grid, 1), "2");
+    EXPECT_STREQ(vx::IniExpertScaledText(grid, 2), "2500");
+    EXPECT_STREQ(vx::IniExpertScaledText(grid, 0), "2500"); // not a scaled choice
+    EXPECT_STREQ(vx::IniExpertScaledText(grid, 3), "2500");
+    const KIniExpertEntry real = Entry("WINAT", "2", "0.35", {"x/100"}, {"hundredths"});
+    EXPECT_STREQ(vx::IniExpertScaledText(real, 0), "0.003500");
+    const KIniExpertEntry zero = Entry("WINAT", "0", "12", {"x/0"}, {"none"});
+    EXPECT_STREQ(vx::IniExpertScaledText(zero, 0), "12");
+    // Typing the shown number back stores the value it came from.
+    EXPECT_STREQ(vx::IniExpertStoredValue(grid, 1, vx::IniExpertScaledText(grid, 1)), "2000");
+    EXPECT_STREQ(vx::IniExpertStoredValue(grid, 2, vx::IniExpertScaledText(grid, 2)), "2500");
+}
