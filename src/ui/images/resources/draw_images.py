@@ -209,6 +209,48 @@ def no_preview():
 
 bitmap(6814, 84, 24, no_preview())
 
+# --- the cell list's small images (452): 16 x 16 each, magenta is transparent ---------
+MAGENTA = (255, 0, 255)
+
+
+def cell_images():
+    """Bridge ends and middle, a terminal, a dot, a tick, a cross, a warning."""
+    bar = (40, 40, 40)
+
+    def terminal(x, y):
+        d = math.hypot(x + 0.5 - 8, y + 0.5 - 8)
+        if d <= 3.0:
+            return (255, 255, 255) if d <= 1.6 else (40, 40, 40)
+        return None
+
+    def pixel(x, y):
+        kind, x = divmod(x, 16)
+        t = terminal(x, y)
+        if kind <= 3:
+            if t:
+                return t
+            left = kind in (1, 2)
+            right = kind in (0, 1)
+            if 7 <= y <= 8 and ((left and x < 8) or (right and x >= 8)):
+                return bar
+            return MAGENTA
+        if kind == 4:
+            return (0, 150, 60) if math.hypot(x + 0.5 - 8, y + 0.5 - 8) <= 4.5 else MAGENTA
+        if kind == 5:
+            return strokes([(3, 8, 6.5, 12), (6.5, 12, 13, 4)], 2.2, (0, 140, 40), MAGENTA)(x, y)
+        if kind == 6:
+            return strokes([(4, 4, 12, 12), (12, 4, 4, 12)], 2.2, (200, 0, 0), MAGENTA)(x, y)
+        # A warning: a yellow triangle with a mark.
+        if y >= 2 and y <= 14 and abs(x + 0.5 - 8) <= (y - 1) * 0.55:
+            if 7 <= x <= 8 and (5 <= y <= 10 or y == 12):
+                return (0, 0, 0)
+            return (250, 200, 0)
+        return MAGENTA
+    return pixel
+
+
+bitmap(452, 128, 16, cell_images())
+
 # --- the resource file -------------------------------------------------------------
 entries = []
 for folder in ("bitmaps", "icons"):
