@@ -1,5 +1,7 @@
 #include "previewpainter.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -110,17 +112,36 @@ bool DrawTestPicture(HDC hdc, const char* path, MainframeType drawer)
     return true;
 }
 
+namespace {
+
+// Text needs Qt's application; a program that had no window to show until
+// now starts it at its first picture.
+void EnsureUi()
+{
+    if (!QCoreApplication::instance())
+        vx::InitUi();
+}
+
+} // namespace
+
 bool TestPictureHost::Paint(LPARAM dc, const char* path, MainframeType drawer)
 {
+    EnsureUi();
     return DrawTestPicture(reinterpret_cast<HDC>(dc), path, drawer);
 }
 
 LRESULT TestPictureHost::Request(WPARAM code, LPARAM lParam, MainframeType drawer)
 {
+    EnsureUi();
     const auto* record = reinterpret_cast<const vx::VorschauRecord*>(lParam);
     switch (code) {
     case vx::kVorschauLoad: {
         if (!record || !record->path || !record->window)
+            return 1;
+        // The frame draws what its own program draws: the project's pages,
+        // and exchange drawings.
+        const char* ext = KVxPath::GetExtension(*record->path);
+        if (KVxFile(*record->path).IsValidPage(1) == VxFileNone && !(ext && !_stricmp(ext, ".DXF")))
             return 1;
         CClientDC dc(record->window);
         CRect client;
