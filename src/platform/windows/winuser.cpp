@@ -1,7 +1,11 @@
 #include "platform/windows/winuser.h"
 
+#include "platform/windows/sysmetrics.h"
+
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <mutex>
 
 namespace vx {
 namespace {
@@ -16,6 +20,18 @@ std::atomic<long long>& Cursor()
 {
     static std::atomic<long long> packed{0};
     return packed;
+}
+
+struct Clip {
+    std::mutex lock;
+    bool set = false;
+    RECT rect{0, 0, 0, 0};
+};
+
+Clip& TheClip()
+{
+    static Clip clip;
+    return clip;
 }
 
 } // namespace
@@ -57,6 +73,38 @@ BOOL GetCursorPos(POINT* point)
 
 BOOL SetCursorPos(int x, int y)
 {
+    RECT clip;
+    GetClipCursor(&clip);
+    x = std::clamp<int>(x, clip.left, std::max(clip.left, clip.right - 1));
+    y = std::clamp<int>(y, clip.top, std::max(clip.top, clip.bottom - 1));
     vx::SetCursorPosition(POINT{x, y});
+    return TRUE;
+}
+
+BOOL ClipCursor(const RECT* rect)
+{
+    vx::Clip& clip = vx::TheClip();
+    std::lock_guard<std::mutex> guard(clip.lock);
+    clip.set = rect != nullptr;
+    if (rect)
+        clip.rect = *rect;
+    return TRUE;
+}
+
+BOOL GetClipCursor(RECT* rect)
+{
+    if (!rect)
+        return FALSE;
+    vx::Clip& clip = vx::TheClip();
+    {
+        std::lock_guard<std::mutex> guard(clip.lock);
+        if (clip.set) {
+            *rect = clip.rect;
+            return TRUE;
+        }
+    }
+    const int x = GetSystemMetrics(SM_XVIRTUALSCREEN);
+    const int y = GetSystemMetrics(SM_YVIRTUALSCREEN);
+    *rect = RECT{x, y, x + GetSystemMetrics(SM_CXVIRTUALSCREEN), y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
     return TRUE;
 }

@@ -48,7 +48,10 @@ constexpr UINT WM_DELETEITEM = 0x002D;
 constexpr UINT WM_COMPAREITEM = 0x0039;
 constexpr UINT WM_WINDOWPOSCHANGING = 0x0046;
 constexpr UINT WM_CONTEXTMENU = 0x007B;
+constexpr UINT WM_GETICON = 0x007F;
 constexpr UINT WM_SETICON = 0x0080;
+constexpr WPARAM ICON_SMALL = 0;
+constexpr WPARAM ICON_BIG = 1;
 constexpr UINT WM_NCCREATE = 0x0081;
 constexpr UINT WM_NCCALCSIZE = 0x0083;
 constexpr UINT WM_NCHITTEST = 0x0084;
@@ -369,6 +372,12 @@ VXBASE_EXPORT short GetAsyncKeyState(int virtualKey);
 // The cursor position in screen coordinates, as the last mouse message left it.
 VXBASE_EXPORT BOOL GetCursorPos(POINT* point);
 VXBASE_EXPORT BOOL SetCursorPos(int x, int y);
+// Holds the cursor within a screen rectangle (null: the whole desktop), as
+// far as this process moves it (SetCursorPos); the desktop's own pointer is
+// not confined. GetClipCursor gives the rectangle, the whole virtual screen
+// when none is set.
+VXBASE_EXPORT BOOL ClipCursor(const RECT* rect);
+VXBASE_EXPORT BOOL GetClipCursor(RECT* rect);
 
 namespace vx {
 
