@@ -44,9 +44,24 @@ bool ValueIsText(KData& block, int sectionAndKey)
     return bytes[3] == 0;
 }
 
+PartnerFrame::PreviewHost* g_previewHost = nullptr;
+constexpr UINT kPreviewRequest = WM_USER + 6;
+constexpr WPARAM kPreviewLoad = 0x52;
+
+// The preview message a program answers: the name the other program uses.
+const char* PreviewMessageOf(MainframeType type)
+{
+    return type == MainframeIT ? "VEXALIT_PREVIEW" : "VXW_PREVIEW";
+}
+
 } // namespace
 
 PartnerFrame::PartnerFrame(MainframeType type) : m_type(type) {}
+
+void PartnerFrame::SetPreviewHost(PreviewHost* host)
+{
+    g_previewHost = host;
+}
 
 PartnerFrame::~PartnerFrame()
 {
@@ -111,6 +126,12 @@ LRESULT PartnerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         return AnswerQuery(wParam, lParam);
     if (message == WM_COPYDATA)
         return OnPartnerBlock(reinterpret_cast<HWND>(wParam), reinterpret_cast<const COPYDATASTRUCT*>(lParam));
+    if (message == RegisterWindowMessageA(kUpperBlockMessage))
+        return UpperBlock(reinterpret_cast<HANDLE>(wParam));
+    if (message == RegisterWindowMessageA(PreviewMessageOf(m_type)))
+        return AnswerPreview(reinterpret_cast<HANDLE>(wParam), lParam);
+    if (message == kPreviewRequest)
+        return g_previewHost ? g_previewHost->Request(wParam, lParam, m_type) : wParam == kPreviewLoad ? 1 : 0;
     if (message == vx::kDeActivateMessage && wParam == static_cast<WPARAM>(vx::kPartnerDeActivate)) {
         Say("deactivated");
         return 0;
@@ -254,6 +275,40 @@ LRESULT PartnerFrame::WriteProfile(KData& block)
     int value = 0;
     block.Read(value);
     return KProfile::WriteProfileInt(section, key, value, scope);
+}
+
+LRESULT PartnerFrame::UpperBlock(HANDLE block)
+{
+    const std::size_t size = vx::FileMappingSize(block);
+    auto* bytes = static_cast<char*>(MapViewOfFile(block, FILE_MAP_WRITE, 0, 0, 0));
+    if (!bytes)
+        return 0;
+    for (std::size_t i = 0; i < size && bytes[i]; ++i)
+        bytes[i] = static_cast<char>(std::toupper(static_cast<unsigned char>(bytes[i])));
+    UnmapViewOfFile(bytes);
+    return static_cast<LRESULT>(size);
+}
+
+// The block of the preview: the path (260 bytes, zero-terminated) and the
+// result at offset 260, set once the file is drawn.
+LRESULT PartnerFrame::AnswerPreview(HANDLE block, LPARAM dc)
+{
+    constexpr std::size_t kPath = 260;
+    if (!g_previewHost || vx::FileMappingSize(block) < kPath + 4)
+        return 0;
+    auto* bytes = static_cast<char*>(MapViewOfFile(block, FILE_MAP_WRITE, 0, 0, 0));
+    if (!bytes)
+        return 0;
+    const std::string path(bytes, strnlen(bytes, kPath));
+    Say("preview of " + path);
+    const bool drawn = g_previewHost->Paint(dc, path.c_str(), m_type);
+    // Only the program that drew sets the result: a broadcast reaches others.
+    if (drawn) {
+        const std::int32_t result = 1;
+        std::memcpy(bytes + kPath, &result, sizeof result);
+    }
+    UnmapViewOfFile(bytes);
+    return drawn ? 1 : 0;
 }
 
 LRESULT PartnerFrame::ReplyStrings(KData& request, HWND to, CStringArray& strings)

@@ -27,11 +27,31 @@ constexpr ProcessIDType kRelayBack = ProcessIDType(1004); // the receiver relays
                                                           // section, key, value; it writes the value, reads it back
                                                           // as string and as int, and replies with both
 constexpr ProcessIDType kQuit = ProcessIDType(1005);      // the receiver closes its frame
+// A registered message of vxhost's own: wParam is a file mapping handle; the
+// receiver writes the text at the block's start in capitals and answers the
+// block's size (0 if it cannot map it).
+constexpr const char* kUpperBlockMessage = "VXHOST_UPPER_BLOCK";
 
 class PartnerFrame : public CMDIFrameWnd {
 public:
     explicit PartnerFrame(MainframeType type);
     ~PartnerFrame() override;
+
+    // How the frame answers the previews (vxbase-ui's part of the host).
+    class PreviewHost {
+    public:
+        virtual ~PreviewHost() = default;
+        // Draws a file into the device context that came with the preview
+        // message (an HDC, as a number); true once drawn.
+        virtual bool Paint(LPARAM dc, const char* path, MainframeType drawer) = 0;
+        // Answers the library's request WM_USER + 6 with a code 0x50 to 0x53.
+        virtual LRESULT Request(WPARAM code, LPARAM lParam, MainframeType drawer) = 0;
+    };
+    // Installs the host of the preview message this program answers (IT:
+    // "VEXALIT_PREVIEW", AT: "VXW_PREVIEW") and of the library's requests;
+    // without one the frame answers the message with 0 and a request for a
+    // drawing with 1 (not drawn). Not owned.
+    static void SetPreviewHost(PreviewHost* host);
 
     // Makes the frame titled with the program's stem (strings 6706 and
     // 6707), fills the host globals and starts the link with the start state
@@ -69,6 +89,8 @@ private:
     LRESULT WriteProfile(KProcessIO::KData& block);
     LRESULT ShowBox(KProcessIO::KData& block);
     LRESULT ReplyStrings(KProcessIO::KData& request, HWND to, CStringArray& strings);
+    LRESULT UpperBlock(HANDLE block);
+    LRESULT AnswerPreview(HANDLE block, LPARAM dc);
 
     MainframeType m_type;
     CString m_answerText;

@@ -1,6 +1,6 @@
 #include "look/kskinbutton.h"
 
-#include "look/dlgskinid.h"
+#include "base/hostmessages.h"
 
 int KSkinButton::s_ShadeMode = 0;
 int KSkinButton::s_3D = 0;
@@ -50,8 +50,9 @@ void KSkinButton::SetShade(int shade)
 {
     CShadeButtonST::SetShade(static_cast<UINT>(shade), 8, 20, 5, 0xFF3737);
     int id = static_cast<int>(GetDlgCtrlID());
-    if (const int mapped = GetDlgSkinID(static_cast<DWORD>(id)); mapped != -1)
-        id = mapped;
+    const unsigned long mapped = GetDlgSkinID(static_cast<unsigned long>(id));
+    if (mapped != static_cast<unsigned long>(-1))
+        id = static_cast<int>(mapped);
     m_nSkin = id;
     int normal = 0;
     int disabled = 0;

@@ -4,12 +4,12 @@
 #include "look/buttontest.h"
 
 #include "look/colortab.h"
-#include "look/dlgskinid.h"
 #include "look/kskinbutton.h"
 #include "look/kskincheck.h"
 #include "look/kskinradio.h"
 #include "ui/images/cbitmap.h"
 
+#include "base/hostmessages.h"
 #include "base/vxglobals.h"
 #include "platform/windows/cframewnd.h"
 #include "ui/windows/qtinterop.h"
@@ -151,13 +151,13 @@ public:
 
 TEST(KSkinButton, TakesTheBitmapsOfItsSkinIdThroughTheHost)
 {
-    EXPECT_EQ(GetDlgSkinID(4000), -1); // no main frame
+    EXPECT_EQ(static_cast<long>(GetDlgSkinID(4000)), -1); // no main frame
     SkinHost host;
     host.CreateEx("host", "Host", WS_OVERLAPPEDWINDOW, CRect(0, 0, 100, 100));
     CMDIFrameWnd* oldFrame = g_pDLLMainframe;
     g_pDLLMainframe = &host;
-    EXPECT_EQ(GetDlgSkinID(4000), 505);
-    EXPECT_EQ(GetDlgSkinID(7), -1);
+    EXPECT_EQ(GetDlgSkinID(4000), 505u);
+    EXPECT_EQ(static_cast<long>(GetDlgSkinID(7)), -1);
     Parent parent;
     SkinProbe split;
     split.Create("Split", WS_CHILD | WS_VISIBLE, CRect(0, 0, 100, 30), &parent, 4000);

@@ -139,6 +139,11 @@ void DaoDatabasePrivate::Configure(bool writable)
         if (exclusive)
             Exec("BEGIN EXCLUSIVE; COMMIT");
     }
+    if (!isam) {
+        Statement mode(conn, "PRAGMA journal_mode");
+        streamable = mode.Step() == SQLITE_ROW && sqlite3_column_text(mode.get(), 0) &&
+                     EqualNoCase(reinterpret_cast<const char*>(sqlite3_column_text(mode.get(), 0)), "wal");
+    }
 }
 
 void DaoDatabasePrivate::OpenNative(const std::string& file, bool exclusiveOpen, bool readOnlyOpen)
@@ -291,6 +296,7 @@ void DaoDatabasePrivate::Close()
     isam.reset();
     m_catalogue = -1;
     transactionDepth = 0;
+    streamable = false;
     ++changeStamp;
     if (failure)
         std::rethrow_exception(failure);
@@ -299,6 +305,7 @@ void DaoDatabasePrivate::Close()
 void DaoDatabasePrivate::Exec(const std::string& sql)
 {
     RequireOpen();
+    BeforeWrite();
     const char* tail = sql.c_str();
     while (tail && *tail) {
         sqlite3_stmt* stmt = nullptr;
@@ -396,6 +403,7 @@ std::string DaoDatabasePrivate::Property(const std::string& key)
 
 void DaoDatabasePrivate::NoteObject(const std::string& object, int type, const std::string& sql)
 {
+    BeforeWrite();
     EnsureCatalogue();
     if (!HasCatalogue())
         return;
@@ -417,6 +425,7 @@ void DaoDatabasePrivate::NoteObject(const std::string& object, int type, const s
 
 void DaoDatabasePrivate::RenameObject(const std::string& oldName, const std::string& newName)
 {
+    BeforeWrite();
     if (!HasCatalogue() || readOnly)
         return;
     sqlite3_stmt* s = Cached("UPDATE MSysVxObjects SET Name=?2, DateUpdate=?3 WHERE Name=?1");
@@ -431,6 +440,7 @@ void DaoDatabasePrivate::RenameObject(const std::string& oldName, const std::str
 
 void DaoDatabasePrivate::DropObject(const std::string& object)
 {
+    BeforeWrite();
     if (!HasCatalogue() || readOnly)
         return;
     sqlite3_stmt* s = Cached("DELETE FROM MSysVxObjects WHERE Name=?1");
@@ -441,6 +451,7 @@ void DaoDatabasePrivate::DropObject(const std::string& object)
 
 void DaoDatabasePrivate::TouchObject(const std::string& object)
 {
+    BeforeWrite();
     if (!HasCatalogue() || readOnly)
         return;
     sqlite3_stmt* s = Cached("UPDATE MSysVxObjects SET DateUpdate=?2 WHERE Name=?1");

@@ -596,22 +596,30 @@ void VariantToValue(const COleVariant& in, const DaoColumn& column, DaoValue& ou
     case dbBinary:
     case dbLongBinary:
         out.kind = DaoValue::Blob;
-        out.s = TextOf(in);
         break;
     default:
         out.kind = DaoValue::Text;
-        out.s = TextOf(in);
         break;
     }
+    // Texts are copied into the buffer the value already has.
+    if (in.vt == VT_BSTR)
+        out.s.assign(in.bstrVal, in.TextLength());
+    else
+        out.s = TextOf(in);
+    CheckFits(out, column);
+}
+
+void CheckFits(const DaoValue& value, const DaoColumn& column)
+{
     if ((column.type == dbText || column.type == dbBinary) && column.size > 0 &&
-        out.s.size() > static_cast<std::size_t>(column.size))
+        value.s.size() > static_cast<std::size_t>(column.size))
         ThrowDao(kDaoFieldTooSmall, "The field is too small to accept the amount of data you attempted to add. "
                                     "Try inserting or pasting less data.");
 }
 
 namespace {
 
-double AsDouble(const DaoValue& v)
+double AsDouble(const ValueView& v)
 {
     switch (v.kind) {
     case DaoValue::Int:
@@ -620,12 +628,12 @@ double AsDouble(const DaoValue& v)
         return v.d;
     default: {
         double d = 0;
-        return ParseNumber(v.s, d) ? d : 0.0;
+        return ParseNumber(std::string(v.s), d) ? d : 0.0;
     }
     }
 }
 
-std::int64_t AsInt(const DaoValue& v)
+std::int64_t AsInt(const ValueView& v)
 {
     switch (v.kind) {
     case DaoValue::Int:
@@ -639,7 +647,7 @@ std::int64_t AsInt(const DaoValue& v)
 
 } // namespace
 
-void ValueToVariant(const DaoValue& value, const DaoColumn& column, COleVariant& out)
+void ValueToVariant(const ValueView& value, const DaoColumn& column, COleVariant& out)
 {
     // Fields are set in place, so that a variant read over and over keeps
     // its text buffer.
@@ -682,7 +690,7 @@ void ValueToVariant(const DaoValue& value, const DaoColumn& column, COleVariant&
     case dbDate: {
         double d = 0;
         out.vt = VT_DATE;
-        out.date = value.kind == DaoValue::Text && ParseDate(value.s, d) ? d : AsDouble(value);
+        out.date = value.kind == DaoValue::Text && ParseDate(std::string(value.s), d) ? d : AsDouble(value);
         return;
     }
     default:

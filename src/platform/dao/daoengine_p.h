@@ -17,12 +17,18 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class CDaoDatabase;
 class CDaoRecordset;
 
 namespace vx {
+
+struct DaoRecordsetPrivate;
+// Reads the remaining members of a set that still reads its opening
+// statement, and ends that statement.
+void FinishStream(DaoRecordsetPrivate& set);
 
 // Raises CDaoException `code` with `description`.
 [[noreturn]] void ThrowDao(long code, const std::string& description);
@@ -59,27 +65,86 @@ bool EqualNoCase(const std::string& a, const std::string& b);
 
 // A stored value.
 struct DaoValue {
-    // Pooled: a text kept in its record set's text pool (at `pooled`).
-    enum Kind : std::uint8_t { Null, Int, Real, Text, Blob, Pooled };
+    enum Kind : std::uint8_t { Null, Int, Real, Text, Blob };
     Kind kind = Null;
     union {
         std::int64_t i = 0; // Int
         double d;           // Real
-        struct {
-            std::uint32_t offset;
-            std::uint32_t length;
-        } pooled;
     };
     std::string s; // Text and Blob
 };
+// A stored value whose bytes lie elsewhere.
+struct ValueView {
+    DaoValue::Kind kind = DaoValue::Null;
+    std::int64_t i = 0;
+    double d = 0;
+    std::string_view s;
+};
+inline ValueView ViewOf(const DaoValue& value)
+{
+    ValueView view;
+    view.kind = value.kind;
+    if (value.kind == DaoValue::Int)
+        view.i = value.i;
+    else if (value.kind == DaoValue::Real)
+        view.d = value.d;
+    else
+        view.s = value.s;
+    return view;
+}
 // Reads column `index` of the current row of `stmt`.
 void ReadValue(sqlite3_stmt* stmt, int index, DaoValue& value);
 void BindValue(sqlite3_stmt* stmt, int index, const DaoValue& value);
 // The stored value as a variant of the field's type.
-void ValueToVariant(const DaoValue& value, const DaoColumn& column, COleVariant& out);
+void ValueToVariant(const ValueView& value, const DaoColumn& column, COleVariant& out);
+// The same, with the usual case (a value stored as the field's type stores
+// it) handled inline.
+inline void FastVariant(const ValueView& value, const DaoColumn& column, COleVariant& out)
+{
+    switch (column.type) {
+    case dbLong:
+        if (value.kind != DaoValue::Int)
+            break;
+        out.Clear();
+        out.vt = VT_I4;
+        out.lVal = static_cast<LONG>(value.i);
+        return;
+    case dbDouble:
+        if (value.kind != DaoValue::Real)
+            break;
+        out.Clear();
+        out.vt = VT_R8;
+        out.dblVal = value.d;
+        return;
+    case dbText:
+    case dbMemo:
+        if (value.kind != DaoValue::Text)
+            break;
+        out.SetString(value.s.data(), value.s.size());
+        return;
+    default:
+        break;
+    }
+    ValueToVariant(value, column, out);
+}
+// A value that owns a copy of the bytes of `view`.
+inline DaoValue Owned(const ValueView& view)
+{
+    DaoValue value;
+    value.kind = view.kind;
+    if (view.kind == DaoValue::Int)
+        value.i = view.i;
+    else if (view.kind == DaoValue::Real)
+        value.d = view.d;
+    else if (view.kind != DaoValue::Null)
+        value.s.assign(view.s.data(), view.s.size());
+    return value;
+}
 // The variant converted for storing in the field (the DAO errors of
 // CDaoRecordset::SetFieldValue).
 void VariantToValue(const COleVariant& in, const DaoColumn& column, DaoValue& out);
+// Error 3163 for a text or binary value longer than its field.
+void CheckFits(const DaoValue& value, const DaoColumn& column);
 
 // A prepared statement, finalized with the object.
 class Statement {
@@ -183,6 +248,18 @@ public:
 
     // Record sets open on this database, so that Close can close them.
     std::vector<CDaoRecordset*> recordsets;
+    // Record sets still reading their opening statement. Each write of this
+    // connection finishes them first: a statement must not read a table that
+    // changes under it, and its snapshot must end before the connection
+    // writes. Only files in write-ahead-log mode let a set read that way,
+    // since there a pending read keeps no other program from writing.
+    std::vector<DaoRecordsetPrivate*> streams;
+    bool streamable = false;
+    void BeforeWrite()
+    {
+        while (!streams.empty())
+            FinishStream(*streams.back());
+    }
 
 private:
     void Configure(bool writable);

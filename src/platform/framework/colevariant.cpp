@@ -108,12 +108,6 @@ COleVariant& COleVariant::operator=(COleVariant&& other) noexcept
     return *this;
 }
 
-void COleVariant::Clear()
-{
-    Reset(VT_EMPTY);
-    m_text.clear();
-}
-
 void COleVariant::SetNull()
 {
     Reset(VT_NULL);

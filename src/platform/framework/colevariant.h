@@ -80,7 +80,11 @@ public:
     COleVariant& operator=(COleVariant&& other) noexcept;
 
     // Back to VT_EMPTY.
-    void Clear();
+    void Clear()
+    {
+        Reset(VT_EMPTY);
+        m_text.clear();
+    }
     // Sets VT_NULL.
     void SetNull();
     // Sets VT_BSTR with `length` bytes of `text` (which may hold zero bytes),

@@ -1,6 +1,7 @@
 #include "platform/ipc/toolhelp.h"
 
 #include "platform/ipc/procinfo_p.h"
+#include "platform/ipc/toolhelp_p.h"
 
 #include <algorithm>
 #include <cstring>
@@ -83,14 +84,14 @@ BOOL Process32Next(HANDLE snapshot, PROCESSENTRY32* entry)
     return Take(snapshot, entry, false);
 }
 
-BOOL CloseHandle(HANDLE handle)
+bool vx::detail::CloseSnapshot(HANDLE handle)
 {
     auto* snap = static_cast<Snapshot*>(handle);
     {
         std::lock_guard lock(g_lock);
         if (!LiveSnapshots().erase(snap))
-            return FALSE;
+            return false;
     }
     delete snap;
-    return TRUE;
+    return true;
 }

@@ -13,11 +13,8 @@
 #pragma once
 
 #include "platform/framework/wintypes.h"
+#include "platform/ipc/handleapi.h"
 #include "vxbase_export.h"
-
-#ifndef INVALID_HANDLE_VALUE
-#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1)))
-#endif
 
 constexpr DWORD TH32CS_SNAPHEAPLIST = 0x00000001;
 constexpr DWORD TH32CS_SNAPPROCESS = 0x00000002;
@@ -45,5 +42,4 @@ VXBASE_EXPORT HANDLE CreateToolhelp32Snapshot(DWORD flags, DWORD processId);
 // is no snapshot, or when entry->dwSize is smaller than the structure.
 VXBASE_EXPORT BOOL Process32First(HANDLE snapshot, PROCESSENTRY32* entry);
 VXBASE_EXPORT BOOL Process32Next(HANDLE snapshot, PROCESSENTRY32* entry);
-// Frees a snapshot. FALSE for any other handle.
-VXBASE_EXPORT BOOL CloseHandle(HANDLE handle);
+// A snapshot is freed by CloseHandle (handleapi.h).

@@ -4,6 +4,7 @@
 #include "platform/windows/messagepump.h"
 #include "platform/windows/messagequeue_p.h"
 #include "platform/files/runtimedir.h"
+#include "platform/ipc/filemapping.h"
 #include "platform/ipc/procinfo_p.h"
 #include "platform/ipc/windowbus_p.h"
 #include "platform/framework/util_p.h"
@@ -27,6 +28,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace vx {
 namespace {
@@ -41,6 +43,8 @@ constexpr std::size_t kDatagramMax = kHeaderSize + kPiece;
 // How often a process waiting for an answer checks that the other one
 // still runs: a datagram socket does not tell when its peer has gone.
 constexpr int kLivenessCheckMs = 250;
+// Handles a message carries at most: wParam and lParam.
+constexpr std::size_t kMaxCarried = 2;
 
 std::mutex g_logLock;
 WindowBusLog g_log;
@@ -63,6 +67,122 @@ bool CarriesNumbersOnly(UINT message)
 {
     return message >= WM_USER || message == WM_NULL || message == WM_CLOSE || message == WM_SHOWWINDOW ||
            message == WM_ACTIVATE || message == WM_ENABLE;
+}
+
+FrameKind KindOf(const FrameHeader& h)
+{
+    return static_cast<FrameKind>(h.kind & detail::kKindMask);
+}
+
+// --- handles in messages ------------------------------------------------------
+
+class MappingCarrier final : public HandleCarrier {
+public:
+    int Descriptor(std::uintptr_t value) override
+    {
+        return FileMappingDescriptor(reinterpret_cast<HANDLE>(value));
+    }
+    std::uintptr_t Adopt(int fd) override
+    {
+        return reinterpret_cast<std::uintptr_t>(AdoptFileMappingDescriptor(fd));
+    }
+    void Release(std::uintptr_t value) override { CloseHandle(reinterpret_cast<HANDLE>(value)); }
+};
+
+std::mutex g_carrierLock;
+// The installed carriers by kind, the built-in one first.
+std::vector<std::pair<unsigned, HandleCarrier*>>& CarriersLocked()
+{
+    static auto* carriers = new std::vector<std::pair<unsigned, HandleCarrier*>>{
+        {kFileMappingCarrier, new MappingCarrier}};
+    return *carriers;
+}
+
+std::vector<std::pair<unsigned, HandleCarrier*>> Carriers()
+{
+    std::lock_guard lock(g_carrierLock);
+    return CarriersLocked();
+}
+
+HandleCarrier* CarrierOf(unsigned kind)
+{
+    std::lock_guard lock(g_carrierLock);
+    for (const auto& [k, carrier] : CarriersLocked()) {
+        if (k == kind)
+            return carrier;
+    }
+    return nullptr;
+}
+
+// Descriptors received with a datagram; those not taken are closed.
+class Descriptors {
+public:
+    Descriptors() = default;
+    Descriptors(const Descriptors&) = delete;
+    Descriptors& operator=(const Descriptors&) = delete;
+    Descriptors(Descriptors&& other) noexcept : m_fds(std::move(other.m_fds)) { other.m_fds.clear(); }
+    Descriptors& operator=(Descriptors&& other) noexcept
+    {
+        if (this != &other) {
+            Clear();
+            m_fds = std::move(other.m_fds);
+            other.m_fds.clear();
+        }
+        return *this;
+    }
+    ~Descriptors() { Clear(); }
+    void Add(int fd) { m_fds.push_back(fd); }
+    std::size_t Count() const { return m_fds.size(); }
+    // The descriptor at `index`, now the caller's; -1 if there is none.
+    int Take(std::size_t index)
+    {
+        if (index >= m_fds.size())
+            return -1;
+        return std::exchange(m_fds[index], -1);
+    }
+    void Clear()
+    {
+        for (int fd : m_fds) {
+            if (fd >= 0)
+                close(fd);
+        }
+        m_fds.clear();
+    }
+
+private:
+    std::vector<int> m_fds;
+};
+
+// The carriers of a message's two numbers, as bits of the frame's kind,
+// and the descriptors that go with them.
+struct Carriage {
+    std::uint32_t bits = 0;
+    std::vector<int> fds; // the carriers' own: sent, never closed here
+};
+
+Carriage Carry(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    Carriage out;
+    if (!CarriesNumbersOnly(message))
+        return out;
+    const std::uintptr_t values[2] = {static_cast<std::uintptr_t>(wParam), static_cast<std::uintptr_t>(lParam)};
+    const int shifts[2] = {detail::kWParamCarrierShift, detail::kLParamCarrierShift};
+    if (!values[0] && !values[1])
+        return out;
+    const auto carriers = Carriers();
+    for (int i = 0; i < 2; ++i) {
+        if (values[i] == 0)
+            continue;
+        for (const auto& [kind, carrier] : carriers) {
+            const int fd = carrier->Descriptor(values[i]);
+            if (fd >= 0) {
+                out.bits |= kind << shifts[i];
+                out.fds.push_back(fd);
+                break;
+            }
+        }
+    }
+    return out;
 }
 
 std::string SocketPath(const std::string& dir, pid_t pid)
@@ -121,6 +241,7 @@ struct Message {
     std::vector<char> data;
     pid_t sender = 0;
     Address from;
+    Descriptors fds; // of the handles it carries
 };
 
 enum class Got {
@@ -157,16 +278,19 @@ private:
     void RemoveDeadPeers();
 
     LRESULT Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, const void* data,
-                    std::uint32_t length);
-    bool SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data);
-    bool SendDatagrams(const std::string& path, pid_t receiver, const std::vector<std::string>& datagrams);
+                    std::uint32_t length, const Carriage* carriage = nullptr);
+    bool SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data,
+                const std::vector<int>& fds = {});
+    // Sends the datagrams in one call; `fds` go with the first.
+    bool SendDatagrams(const std::string& path, pid_t receiver, const std::vector<std::string>& datagrams,
+                       const std::vector<int>& fds = {});
     void Flush(const std::string* path);
     int SenderFor(const std::string& path);
     void DropSender(const std::string& path);
     Got Receive(bool wait, Message& out);
     bool ServeOne();
-    void Handle(const Message& message);
-    LRESULT Dispatch(const Message& message);
+    void Handle(Message& message);
+    LRESULT Dispatch(Message& message);
 
     std::mutex m_lock; // guards the state below; never held while waiting
     bool m_running = false;
@@ -467,7 +591,8 @@ LRESULT Bus::Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     if (message != WM_COPYDATA) {
         if (!CarriesNumbersOnly(message))
             return 0;
-        return Request(FrameKind::Send, hwnd, message, wParam, lParam, nullptr, 0);
+        const Carriage carriage = Carry(message, wParam, lParam);
+        return Request(FrameKind::Send, hwnd, message, wParam, lParam, nullptr, 0, &carriage);
     }
     const auto* cds = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     if (!cds || (cds->cbData && !cds->lpData))
@@ -509,13 +634,14 @@ bool Bus::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     } else if (!CarriesNumbersOnly(message)) {
         return false;
     }
+    const Carriage carriage = message == WM_COPYDATA ? Carriage{} : Carry(message, wParam, lParam);
     // The same socket as the requests to that process, so that it handles
     // them in the order they were sent.
-    const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(FrameKind::Notify),
+    const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(FrameKind::Notify) | carriage.bits,
                         reinterpret_cast<std::uintptr_t>(hwnd), message, ++m_sequence,
                         static_cast<std::uint64_t>(wParam), static_cast<std::uint64_t>(lParam), length, 0};
     const std::string path = SocketPath(Directory(), pid);
-    if (!m_serving.empty() && m_serving.back() == pid && length <= kPiece) {
+    if (carriage.fds.empty() && !m_serving.empty() && m_serving.back() == pid && length <= kPiece) {
         // That process waits for the answer to the request being served: it
         // can take this message no earlier than that answer, so both go
         // together, and it wakes once.
@@ -524,7 +650,7 @@ bool Bus::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
         m_deferred.push_back(Deferred{path, pid, std::move(datagram)});
         return true;
     }
-    return SendTo(path, pid, h, data);
+    return SendTo(path, pid, h, data, carriage.fds);
 }
 
 BOOL Bus::Show(HWND hwnd, int command)
@@ -538,15 +664,16 @@ BOOL Bus::Place(HWND hwnd, const WINDOWPLACEMENT& placement)
 }
 
 LRESULT Bus::Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, const void* data,
-                     std::uint32_t length)
+                     std::uint32_t length, const Carriage* carriage)
 {
     const pid_t pid = HandleProcess(hwnd);
     if (!Running() || pid <= 0 || pid == detail::CurrentProcessId())
         return 0;
-    const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(kind), reinterpret_cast<std::uintptr_t>(hwnd),
-                        message, ++m_sequence, static_cast<std::uint64_t>(wParam),
-                        static_cast<std::uint64_t>(lParam), length, 0};
-    if (!SendTo(SocketPath(Directory(), pid), pid, h, data))
+    const std::uint32_t carried = carriage ? carriage->bits : 0;
+    const FrameHeader h{detail::kBusMagic, static_cast<std::uint32_t>(kind) | carried,
+                        reinterpret_cast<std::uintptr_t>(hwnd), message, ++m_sequence,
+                        static_cast<std::uint64_t>(wParam), static_cast<std::uint64_t>(lParam), length, 0};
+    if (!SendTo(SocketPath(Directory(), pid), pid, h, data, carriage ? carriage->fds : std::vector<int>{}))
         return 0;
     // Nothing may stay held back while this process waits.
     Flush(nullptr);
@@ -558,7 +685,7 @@ LRESULT Bus::Request(FrameKind kind, HWND hwnd, UINT message, WPARAM wParam, LPA
         Message in;
         switch (Receive(true, in)) {
         case Got::Message:
-            if (in.header.kind != static_cast<std::uint32_t>(FrameKind::Reply)) {
+            if (KindOf(in.header) != FrameKind::Reply) {
                 Handle(in);
             } else if (in.sender == pid && in.header.sequence == h.sequence) {
                 return static_cast<LRESULT>(in.header.lParam);
@@ -603,7 +730,8 @@ void Bus::DropSender(const std::string& path)
     }
 }
 
-bool Bus::SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data)
+bool Bus::SendTo(const std::string& path, pid_t receiver, FrameHeader header, const void* data,
+                 const std::vector<int>& fds)
 {
     // What was held back for that process goes first, in its order.
     Flush(&path);
@@ -619,10 +747,11 @@ bool Bus::SendTo(const std::string& path, pid_t receiver, FrameHeader header, co
         datagrams.push_back(std::move(datagram));
         offset += piece;
     } while (offset < total);
-    return SendDatagrams(path, receiver, datagrams);
+    return SendDatagrams(path, receiver, datagrams, fds);
 }
 
-bool Bus::SendDatagrams(const std::string& path, pid_t receiver, const std::vector<std::string>& datagrams)
+bool Bus::SendDatagrams(const std::string& path, pid_t receiver, const std::vector<std::string>& datagrams,
+                        const std::vector<int>& fds)
 {
     std::vector<iovec> parts(datagrams.size());
     std::vector<mmsghdr> messages(datagrams.size());
@@ -631,6 +760,17 @@ bool Bus::SendDatagrams(const std::string& path, pid_t receiver, const std::vect
         messages[i] = mmsghdr{};
         messages[i].msg_hdr.msg_iov = &parts[i];
         messages[i].msg_hdr.msg_iovlen = 1;
+    }
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int) * kMaxCarried)] = {};
+    if (!fds.empty() && fds.size() <= kMaxCarried && !messages.empty()) {
+        msghdr& first = messages[0].msg_hdr;
+        first.msg_control = control;
+        first.msg_controllen = CMSG_SPACE(sizeof(int) * fds.size());
+        cmsghdr* c = CMSG_FIRSTHDR(&first);
+        c->cmsg_level = SOL_SOCKET;
+        c->cmsg_type = SCM_RIGHTS;
+        c->cmsg_len = CMSG_LEN(sizeof(int) * fds.size());
+        std::memcpy(CMSG_DATA(c), fds.data(), sizeof(int) * fds.size());
     }
     bool fresh = !m_senders.count(path);
     std::size_t done = 0;
@@ -695,7 +835,7 @@ void Bus::Flush(const std::string* path)
 Got Bus::Receive(bool wait, Message& out)
 {
     iovec part{m_datagram.get(), kDatagramMax};
-    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(ucred))];
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(ucred)) + CMSG_SPACE(sizeof(int) * kMaxCarried)];
     msghdr msg{};
     msg.msg_name = &out.from.un;
     msg.msg_namelen = sizeof out.from.un;
@@ -711,9 +851,19 @@ Got Bus::Receive(bool wait, Message& out)
         return Got::Nothing;
     out.from.length = msg.msg_namelen;
     const ucred* cred = nullptr;
+    // Descriptors that arrive are this process's from now on: whatever is
+    // refused below closes them with `out`.
     for (cmsghdr* c = CMSG_FIRSTHDR(&msg); c; c = CMSG_NXTHDR(&msg, c)) {
-        if (c->cmsg_level == SOL_SOCKET && c->cmsg_type == SCM_CREDENTIALS)
+        if (c->cmsg_level == SOL_SOCKET && c->cmsg_type == SCM_CREDENTIALS) {
             cred = reinterpret_cast<const ucred*>(CMSG_DATA(c));
+        } else if (c->cmsg_level == SOL_SOCKET && c->cmsg_type == SCM_RIGHTS) {
+            const std::size_t count = (c->cmsg_len - CMSG_LEN(0)) / sizeof(int);
+            for (std::size_t i = 0; i < count; ++i) {
+                int fd;
+                std::memcpy(&fd, CMSG_DATA(c) + i * sizeof(int), sizeof fd);
+                out.fds.Add(fd);
+            }
+        }
     }
     if (!cred || cred->uid != m_uid) {
         Log("window bus: refused a message from user " + (cred ? std::to_string(cred->uid) : std::string("?")) +
@@ -722,9 +872,9 @@ Got Bus::Receive(bool wait, Message& out)
     }
     out.sender = cred->pid;
     std::string fault = "a malformed message";
-    if (!(msg.msg_flags & MSG_TRUNC)) {
+    if (!(msg.msg_flags & (MSG_TRUNC | MSG_CTRUNC))) {
         switch (m_assembler.Take(out.sender, m_datagram.get(), static_cast<std::size_t>(n), out.header, out.data,
-                                 fault)) {
+                                 fault, out.fds.Count())) {
         case detail::FrameAssembler::Result::Message:
             return Got::Message;
         case detail::FrameAssembler::Result::Piece:
@@ -743,7 +893,7 @@ bool Bus::ServeOne()
         Message in;
         switch (Receive(false, in)) {
         case Got::Message:
-            if (in.header.kind == static_cast<std::uint32_t>(FrameKind::Reply))
+            if (KindOf(in.header) == FrameKind::Reply)
                 Log("window bus: an answer nobody waits for from process " + std::to_string(in.sender));
             else
                 Handle(in);
@@ -758,13 +908,13 @@ bool Bus::ServeOne()
     }
 }
 
-void Bus::Handle(const Message& message)
+void Bus::Handle(Message& message)
 {
     const FrameHeader& h = message.header;
     const auto hwnd = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(h.hwnd));
     const bool mine = IsLocalHandle(hwnd) && IsPublished(hwnd);
     LRESULT result = 0;
-    switch (static_cast<FrameKind>(h.kind)) {
+    switch (KindOf(h)) {
     case FrameKind::Post:
         if (mine && CarriesNumbersOnly(h.message))
             PostMessageA(hwnd, h.message, static_cast<WPARAM>(h.wParam), static_cast<LPARAM>(h.lParam));
@@ -819,7 +969,7 @@ void Bus::Handle(const Message& message)
     Flush(nullptr);
 }
 
-LRESULT Bus::Dispatch(const Message& message)
+LRESULT Bus::Dispatch(Message& message)
 {
     const FrameHeader& h = message.header;
     const auto hwnd = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(h.hwnd));
@@ -831,7 +981,40 @@ LRESULT Bus::Dispatch(const Message& message)
     }
     if (!CarriesNumbersOnly(h.message))
         return 0;
-    return SendMessageA(hwnd, h.message, static_cast<WPARAM>(h.wParam), static_cast<LPARAM>(h.lParam));
+    // Carried handles become handles of this process for the same objects,
+    // for the time of the call.
+    std::uint64_t values[2] = {h.wParam, h.lParam};
+    HandleCarrier* adopted[2] = {nullptr, nullptr};
+    const int shifts[2] = {detail::kWParamCarrierShift, detail::kLParamCarrierShift};
+    std::size_t next = 0;
+    bool refused = false;
+    for (int i = 0; i < 2; ++i) {
+        const unsigned kind = (h.kind >> shifts[i]) & 0xFF;
+        if (!kind)
+            continue;
+        const int fd = message.fds.Take(next++);
+        HandleCarrier* carrier = CarrierOf(kind);
+        const std::uintptr_t local = carrier ? carrier->Adopt(fd) : 0;
+        if (!carrier)
+            close(fd);
+        if (!local) {
+            refused = true;
+            continue;
+        }
+        values[i] = local;
+        adopted[i] = carrier;
+    }
+    LRESULT result = 0;
+    if (refused)
+        Log("window bus: refused a handle of process " + std::to_string(message.sender) + " with message " +
+            std::to_string(h.message));
+    else
+        result = SendMessageA(hwnd, h.message, static_cast<WPARAM>(values[0]), static_cast<LPARAM>(values[1]));
+    for (int i = 0; i < 2; ++i) {
+        if (adopted[i])
+            adopted[i]->Release(static_cast<std::uintptr_t>(values[i]));
+    }
+    return result;
 }
 
 int Bus::ServeFor(int timeoutMs)
@@ -903,6 +1086,20 @@ bool IsWindowPublished(HWND hwnd)
 int ServeSentMessages(int timeoutMs)
 {
     return TheBus().ServeFor(timeoutMs);
+}
+
+HandleCarrier::~HandleCarrier() = default;
+
+void SetHandleCarrier(unsigned kind, HandleCarrier* carrier)
+{
+    if (kind < 2 || kind > 255)
+        return;
+    std::lock_guard lock(g_carrierLock);
+    auto& carriers = CarriersLocked();
+    carriers.erase(std::remove_if(carriers.begin(), carriers.end(), [kind](const auto& c) { return c.first == kind; }),
+                   carriers.end());
+    if (carrier)
+        carriers.emplace_back(kind, carrier);
 }
 
 WindowBusLog SetWindowBusLog(WindowBusLog log)

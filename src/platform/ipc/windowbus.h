@@ -30,6 +30,11 @@
 //   WM_USER on, registered messages and a few plain ones (WM_NULL, WM_CLOSE,
 //   WM_SHOWWINDOW, WM_ACTIVATE, WM_ENABLE) carry their two numbers as they
 //   are; other system messages hold pointers and are refused (result 0).
+// * A sent message (SendMessageA, SendNotifyMessageA, and so a broadcast)
+//   that carries numbers may carry a handle in wParam or lParam: a file
+//   mapping handle, or a handle of a kind a layer adds (vx::HandleCarrier).
+//   The object itself crosses, and the receiver's handler gets a handle of
+//   its own process for it, valid during the call.
 // * Only messages from the same user id are served (the sender's
 //   credentials, which the kernel attaches to each datagram); refused
 //   messages and malformed data are reported to the bus log.
@@ -74,6 +79,29 @@ VXBASE_EXPORT bool IsWindowPublished(HWND hwnd);
 // to this one (as a blocked SendMessageA does); posted messages stay in the
 // queue. Returns the number of messages served.
 VXBASE_EXPORT int ServeSentMessages(int timeoutMs);
+
+// A kind of handle that a sent message can carry to another process. The
+// bus asks each carrier whether a message's wParam or lParam is one of its
+// handles; the descriptor it names crosses (the object, not the number), and
+// the receiving process's carrier makes a handle of its own for it, which
+// the handler gets, and frees it when the handler has returned.
+class VXBASE_EXPORT HandleCarrier {
+public:
+    virtual ~HandleCarrier();
+    // The descriptor behind `value` if it is a live handle of this kind,
+    // else -1. It stays the carrier's: the bus only sends it.
+    virtual int Descriptor(std::uintptr_t value) = 0;
+    // A handle of this process for a received descriptor, which it takes
+    // over (and closes if it refuses it); 0 to refuse the message.
+    virtual std::uintptr_t Adopt(int fd) = 0;
+    // Frees a handle that Adopt made, once the handler has returned.
+    virtual void Release(std::uintptr_t value) = 0;
+};
+// The carrier of file mapping handles (filemapping.h), built in.
+constexpr unsigned kFileMappingCarrier = 1;
+// Installs (or with null removes) the carrier of a kind, 2 to 255; both
+// processes must give a kind the same number. Not owned.
+VXBASE_EXPORT void SetHandleCarrier(unsigned kind, HandleCarrier* carrier);
 
 // Where the bus reports refused messages and malformed data. The
 // default writes the line to standard error. Returns the previous one.

@@ -12,6 +12,12 @@
 // FrameHeader on the hosts the port runs on. The kernel adds each
 // datagram's sender credentials (SO_PASSCRED).
 //
+// The low byte of `kind` is the FrameKind. A sent message (Send, Notify)
+// without data may carry handles: bits 8-15 name the carrier of wParam,
+// bits 16-23 that of lParam (0: a plain number), and the datagram holds one
+// descriptor per carried handle (SCM_RIGHTS), wParam's first. The receiver
+// hands the message on with handles of its own for the same objects.
+//
 // The registry file "<pid>.win" lists a process's published windows:
 //   vxbus 1
 //   start <process start time in clock ticks since boot>
@@ -43,6 +49,12 @@ enum class FrameKind : std::uint32_t {
     Notify = 6, // a message handled as a sent one, with no answer
 };
 
+constexpr std::uint32_t kKindMask = 0xFF;
+constexpr int kWParamCarrierShift = 8;
+constexpr int kLParamCarrierShift = 16;
+// Bits of `kind` that must be 0.
+constexpr std::uint32_t kKindReserved = 0xFF000000u;
+
 struct FrameHeader {
     std::uint32_t magic;
     std::uint32_t kind;
@@ -73,11 +85,13 @@ public:
     };
 
     // Takes the datagram `bytes` (`length` bytes, header included) of process
-    // `sender`. A sender's datagrams must arrive in the order sent; a block
-    // that breaks off is dropped. At most 16 blocks are pieced together at
-    // once; a 17th displaces the oldest.
+    // `sender`, which arrived with `descriptors` descriptors. A sender's
+    // datagrams must arrive in the order sent; a block that breaks off is
+    // dropped. At most 16 blocks are pieced together at once; a 17th
+    // displaces the oldest. Handles are carried only by a whole sent message
+    // of numbers, with one descriptor each.
     Result Take(pid_t sender, const char* bytes, std::size_t length, FrameHeader& header, std::vector<char>& data,
-                std::string& fault);
+                std::string& fault, std::size_t descriptors = 0);
     // Forgets every block begun.
     void Clear() { m_partials.clear(); }
 

@@ -19,7 +19,7 @@ constexpr std::size_t kMaxPartials = 16;
 } // namespace
 
 FrameAssembler::Result FrameAssembler::Take(pid_t sender, const char* bytes, std::size_t length, FrameHeader& header,
-                                            std::vector<char>& data, std::string& fault)
+                                            std::vector<char>& data, std::string& fault, std::size_t descriptors)
 {
     if (length < kHeaderSize || length > kHeaderSize + kFramePiece) {
         fault = "a malformed message";
@@ -28,12 +28,17 @@ FrameAssembler::Result FrameAssembler::Take(pid_t sender, const char* bytes, std
     FrameHeader h;
     std::memcpy(&h, bytes, kHeaderSize);
     const std::size_t piece = length - kHeaderSize;
-    const auto kind = static_cast<FrameKind>(h.kind);
-    const bool mayCarry = ((kind == FrameKind::Send || kind == FrameKind::Notify) && h.message == WM_COPYDATA) ||
-                          kind == FrameKind::Place;
+    const std::uint32_t kindCode = h.kind & kKindMask;
+    const auto kind = static_cast<FrameKind>(kindCode);
+    const bool sent = kind == FrameKind::Send || kind == FrameKind::Notify;
+    const bool mayCarry = (sent && h.message == WM_COPYDATA) || kind == FrameKind::Place;
+    const std::size_t carried = (((h.kind >> kWParamCarrierShift) & 0xFF) ? 1 : 0) +
+                                (((h.kind >> kLParamCarrierShift) & 0xFF) ? 1 : 0);
     fault.clear();
-    if (h.magic != kBusMagic || h.kind < 1 || h.kind > 6)
+    if (h.magic != kBusMagic || kindCode < 1 || kindCode > 6 || (h.kind & kKindReserved))
         fault = "a malformed message";
+    else if (carried != descriptors || (carried && (!sent || h.dataLength || h.message == WM_COPYDATA)))
+        fault = "handles that do not match their message";
     else if (h.dataLength > kMaxCopyDataBytes)
         fault = "a block of " + std::to_string(h.dataLength) + " bytes (more than 16 MiB)";
     else if (h.dataLength && !mayCarry)

@@ -25,6 +25,12 @@ const char* SystemText(DWORD code)
     case ERROR_INSUFFICIENT_BUFFER: return "The data area passed to a system call is too small.";
     case ERROR_MOD_NOT_FOUND: return "The specified module could not be found.";
     case ERROR_PROC_NOT_FOUND: return "The specified procedure could not be found.";
+    case ERROR_INVALID_NAME: return "The filename, directory name, or volume label syntax is incorrect.";
+    case ERROR_BAD_PATHNAME: return "The specified path is invalid.";
+    case ERROR_ALREADY_EXISTS: return "Cannot create a file when that file already exists.";
+    case ERROR_FILENAME_EXCED_RANGE: return "The filename or extension is too long.";
+    case ERROR_INVALID_ADDRESS: return "Attempt to access invalid address.";
+    case ERROR_MAPPED_ALIGNMENT: return "The base address or the file offset specified does not have the proper alignment.";
     case ERROR_INVALID_FLAGS: return "Invalid flags.";
     case ERROR_NOT_FOUND: return "Element not found.";
     case ERROR_INVALID_WINDOW_HANDLE: return "Invalid window handle.";

@@ -309,13 +309,18 @@ LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
     if (hwnd == HWND_BROADCAST) {
         RemoteWindows* remote = nullptr;
         const std::vector<HWND> local = LocalTopLevelWindows(remote);
+        LRESULT first = 0;
+        const auto keep = [&first](LRESULT answer) {
+            if (!first)
+                first = answer;
+        };
         for (HWND h : local)
-            SendMessageA(h, message, wParam, lParam);
+            keep(SendMessageA(h, message, wParam, lParam));
         if (remote) {
             for (const WindowRecord& r : remote->Enumerate())
-                remote->Send(r.hwnd, message, wParam, lParam);
+                keep(remote->Send(r.hwnd, message, wParam, lParam));
         }
-        return 0;
+        return first;
     }
     if (IsLocalHandle(hwnd))
         return detail::Deliver(hwnd, message, wParam, lParam, true);

@@ -106,7 +106,8 @@ inline const HWND HWND_BROADCAST = reinterpret_cast<HWND>(0xFFFF);
 
 // Delivers the message at once and returns the target's answer; 0 for an
 // unknown handle. HWND_BROADCAST sends to every top-level window of this
-// process and every published window of the user's other processes.
+// process and every published window of the user's other processes, and
+// returns the first answer that is not 0 (0 when all answered 0).
 VXBASE_EXPORT LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 // Queues the message for the pump; FALSE for an unknown handle. A null
 // handle posts to the thread's queue, as PostThreadMessage would.

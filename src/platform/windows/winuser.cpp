@@ -22,18 +22,6 @@ std::atomic<long long>& Cursor()
     return packed;
 }
 
-struct Clip {
-    std::mutex lock;
-    bool set = false;
-    RECT rect{0, 0, 0, 0};
-};
-
-Clip& TheClip()
-{
-    static Clip clip;
-    return clip;
-}
-
 } // namespace
 
 void SetKeyDown(UINT virtualKey, bool down)
@@ -75,19 +63,41 @@ BOOL SetCursorPos(int x, int y)
 {
     RECT clip;
     GetClipCursor(&clip);
-    x = std::clamp<int>(x, clip.left, std::max(clip.left, clip.right - 1));
-    y = std::clamp<int>(y, clip.top, std::max(clip.top, clip.bottom - 1));
+    x = std::clamp(x, static_cast<int>(clip.left), std::max<int>(clip.left, clip.right - 1));
+    y = std::clamp(y, static_cast<int>(clip.top), std::max<int>(clip.top, clip.bottom - 1));
     vx::SetCursorPosition(POINT{x, y});
     return TRUE;
 }
 
+namespace {
+
+std::mutex g_clipLock;
+bool g_clipped = false;
+RECT g_clip{};
+
+RECT VirtualScreen()
+{
+    const int x = GetSystemMetrics(SM_XVIRTUALSCREEN);
+    const int y = GetSystemMetrics(SM_YVIRTUALSCREEN);
+    return RECT{x, y, x + GetSystemMetrics(SM_CXVIRTUALSCREEN), y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+}
+
+} // namespace
+
 BOOL ClipCursor(const RECT* rect)
 {
-    vx::Clip& clip = vx::TheClip();
-    std::lock_guard<std::mutex> guard(clip.lock);
-    clip.set = rect != nullptr;
-    if (rect)
-        clip.rect = *rect;
+    std::lock_guard lock(g_clipLock);
+    g_clipped = rect != nullptr;
+    if (rect) {
+        // Kept within the screen, as the system keeps it.
+        const RECT screen = VirtualScreen();
+        g_clip = RECT{std::max(rect->left, screen.left), std::max(rect->top, screen.top),
+                      std::min(rect->right, screen.right), std::min(rect->bottom, screen.bottom)};
+        if (g_clip.right < g_clip.left)
+            g_clip.right = g_clip.left;
+        if (g_clip.bottom < g_clip.top)
+            g_clip.bottom = g_clip.top;
+    }
     return TRUE;
 }
 
@@ -95,16 +105,7 @@ BOOL GetClipCursor(RECT* rect)
 {
     if (!rect)
         return FALSE;
-    vx::Clip& clip = vx::TheClip();
-    {
-        std::lock_guard<std::mutex> guard(clip.lock);
-        if (clip.set) {
-            *rect = clip.rect;
-            return TRUE;
-        }
-    }
-    const int x = GetSystemMetrics(SM_XVIRTUALSCREEN);
-    const int y = GetSystemMetrics(SM_YVIRTUALSCREEN);
-    *rect = RECT{x, y, x + GetSystemMetrics(SM_CXVIRTUALSCREEN), y + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    std::lock_guard lock(g_clipLock);
+    *rect = g_clipped ? g_clip : VirtualScreen();
     return TRUE;
 }

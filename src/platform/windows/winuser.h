@@ -372,11 +372,11 @@ VXBASE_EXPORT short GetAsyncKeyState(int virtualKey);
 // The cursor position in screen coordinates, as the last mouse message left it.
 VXBASE_EXPORT BOOL GetCursorPos(POINT* point);
 VXBASE_EXPORT BOOL SetCursorPos(int x, int y);
-// Holds the cursor within a screen rectangle (null: the whole desktop), as
-// far as this process moves it (SetCursorPos); the desktop's own pointer is
-// not confined. GetClipCursor gives the rectangle, the whole virtual screen
-// when none is set.
+// Confines the cursor to a screen rectangle (null frees it); SetCursorPos
+// stays within it. The desktop's own pointer is not confined here: the
+// rectangle is kept for the programs that save and restore it.
 VXBASE_EXPORT BOOL ClipCursor(const RECT* rect);
+// The rectangle the cursor is confined to: the virtual screen when it is free.
 VXBASE_EXPORT BOOL GetClipCursor(RECT* rect);
 
 namespace vx {

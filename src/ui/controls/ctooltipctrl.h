@@ -37,6 +37,23 @@ constexpr UINT TTM_SETMAXTIPWIDTH = WM_USER + 24;
 constexpr UINT TTM_GETMAXTIPWIDTH = WM_USER + 25;
 constexpr UINT TTM_POP = WM_USER + 28;
 
+// A tool's window is asked for the text with WM_NOTIFY TTN_NEEDTEXT and this
+// record: it answers with lpszText, or the text in szText, or a string
+// resource by number in lpszText with hinst set.
+constexpr UINT TTN_FIRST = 0U - 520U;
+constexpr UINT TTN_GETDISPINFOA = TTN_FIRST - 0;
+constexpr UINT TTN_NEEDTEXTA = TTN_GETDISPINFOA;
+constexpr UINT TTN_NEEDTEXT = TTN_NEEDTEXTA;
+struct NMTTDISPINFOA {
+    NMHDR hdr;
+    LPSTR lpszText;
+    char szText[80];
+    HINSTANCE hinst;
+    UINT uFlags;
+    LPARAM lParam;
+};
+using NMTTDISPINFO = NMTTDISPINFOA;
+
 // The text of a tool that asks its window for it (TTN_NEEDTEXT).
 inline const LPSTR LPSTR_TEXTCALLBACK = reinterpret_cast<LPSTR>(static_cast<LONG_PTR>(-1));
 

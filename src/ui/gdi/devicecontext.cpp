@@ -114,6 +114,13 @@ void Release(Dc* dc)
 
 } // namespace
 
+Dc* NewImageDc(std::shared_ptr<QImage> surface)
+{
+    Dc* dc = NewDc(Dc::Type::Image);
+    dc->surface = std::move(surface);
+    return dc;
+}
+
 QImage* Dc::Target()
 {
     if (type == Type::Screen && !surface)

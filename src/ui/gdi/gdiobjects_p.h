@@ -138,13 +138,14 @@ struct DcState {
 
 struct Dc final : Object {
     static constexpr Kind kKind = Kind::Dc;
-    enum class Type { Memory, Window, Screen };
+    enum class Type { Memory, Window, Screen, Image }; // Image: a shared image (sharedimagedc.h)
     explicit Dc(Type t) : Object(kKind), type(t) {}
     ~Dc() override;
 
     Type type;
     HWND window = nullptr;
-    std::shared_ptr<QImage> surface; // the window's pixels, or the screen stand-in
+    std::shared_ptr<QImage> surface; // the window's pixels, the screen stand-in, or a shared image
+    HANDLE block = nullptr;          // the file mapping of a shared image's pixels
     bool hasSystemClip = false;
     QRegion systemClip; // the area being painted, device coordinates
     DcState st;
@@ -187,6 +188,8 @@ T* Get(const void* handle)
 }
 // Deletes the object of `handle`; false if there is none.
 bool Remove(const void* handle);
+// A new device drawing into `surface` (devicecontext.cpp).
+Dc* NewImageDc(std::shared_ptr<QImage> surface);
 
 // The stock object of GetStockObject's index (created on first use), and
 // the bitmap of a fresh memory device.

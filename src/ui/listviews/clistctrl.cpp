@@ -430,6 +430,11 @@ void CListCtrl::RedrawItemState(int item)
     d->InvalidateRow(item);
 }
 
+void CListCtrl::InvalidateSubItem(int item, int subItem)
+{
+    d->InvalidateCell(item, subItem);
+}
+
 void CListCtrl::SetHeaderCtrl(CHeaderCtrl* header)
 {
     CHeaderCtrl* fresh = header ? header : &d->ownHeader;

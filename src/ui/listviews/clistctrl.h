@@ -151,6 +151,9 @@ protected:
     // default invalidates its row. A class that shows selection its own way
     // repaints what it needs instead.
     virtual void RedrawItemState(int item);
+    // Repaints one cell as the control repaints its own changes (held back
+    // while drawing is off, nothing outside the rows).
+    void InvalidateSubItem(int item, int subItem);
 
 private:
     struct Private;

@@ -356,7 +356,8 @@ void CListCtrl::Private::KeyDown(UINT key)
     switch (key) {
     case VK_LEFT:
     case VK_RIGHT:
-        q.SendMessage(WM_HSCROLL, MAKEWPARAM(static_cast<WORD>(key == VK_LEFT ? kLineUp : kLineDown), 0), 0);
+        // Report view scrolls sideways, as the scroll bar's arrows do.
+        SetScrollX(scrollX + (key == VK_LEFT ? -kHorizontalLine : kHorizontalLine));
         return;
     case VK_RETURN: {
         NMHDR ret{};

@@ -194,6 +194,18 @@ void CListCtrl::Private::Paint()
     const CRect client = Client();
     const CRect data = DataRect();
     const bool hasFocus = CWnd::GetFocus() == &q;
+    // What no cell covers is erased first, right of the last column and
+    // below the last row, so that the parent may paint there in its
+    // pre-paint stage.
+    const int count = static_cast<int>(items.size());
+    const int last = std::min(count - 1, top + (data.Height() + rowHeight - 1) / std::max(1, rowHeight));
+    const int rowsBottom = std::min(data.bottom, RowTop(std::min(count, last + 1)));
+    const CRect right(std::max(data.left, totalWidth - scrollX), data.top, data.right, rowsBottom);
+    if (!right.IsRectEmpty() && RectVisible(dc, &right))
+        Fill(dc, right, bkColor);
+    const CRect below(data.left, std::max(data.top, rowsBottom), data.right, data.bottom);
+    if (!below.IsRectEmpty() && RectVisible(dc, &below))
+        Fill(dc, below, bkColor);
     NMLVCUSTOMDRAW cd{};
     cd.nmcd.dwDrawStage = CDDS_PREPAINT;
     cd.nmcd.hdc = dc;
@@ -206,8 +218,6 @@ void CListCtrl::Private::Paint()
     if (!(answer & CDRF_SKIPDEFAULT)) {
         const int saved = SaveDC(dc);
         IntersectClipRect(dc, data.left, data.top, data.right, data.bottom);
-        const int count = static_cast<int>(items.size());
-        const int last = std::min(count - 1, top + (data.Height() + rowHeight - 1) / std::max(1, rowHeight));
         for (int i = top; i <= last; ++i) {
             const CRect row(data.left, RowTop(i), data.right, RowTop(i) + rowHeight);
             if (!RectVisible(dc, &row))
@@ -220,14 +230,6 @@ void CListCtrl::Private::Paint()
             if (i >= static_cast<int>(items.size()))
                 break;
         }
-        // What no cell covers: right of the last column, below the last row.
-        const int rowsBottom = std::min(data.bottom, RowTop(std::min(count, last + 1)));
-        const CRect right(std::max(data.left, totalWidth - scrollX), data.top, data.right, rowsBottom);
-        if (!right.IsRectEmpty() && RectVisible(dc, &right))
-            Fill(dc, right, bkColor);
-        const CRect below(data.left, std::max(data.top, rowsBottom), data.right, data.bottom);
-        if (!below.IsRectEmpty() && RectVisible(dc, &below))
-            Fill(dc, below, bkColor);
         RestoreDC(dc, saved);
     }
     if (answer & CDRF_NOTIFYPOSTPAINT) {

@@ -7,8 +7,10 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 
 #include <cstring>
 #include <thread>
@@ -40,11 +42,26 @@ public:
         close(m_fd);
         unlink(m_path.c_str());
     }
-    bool SendTo(const std::string& path, const std::string& bytes)
+    bool SendTo(const std::string& path, const std::string& bytes, const std::vector<int>& fds = {})
     {
         sockaddr_un addr = Address(path);
-        return sendto(m_fd, bytes.data(), bytes.size(), 0, reinterpret_cast<sockaddr*>(&addr), sizeof addr) ==
-               static_cast<ssize_t>(bytes.size());
+        iovec part{const_cast<char*>(bytes.data()), bytes.size()};
+        msghdr msg{};
+        msg.msg_name = &addr;
+        msg.msg_namelen = sizeof addr;
+        msg.msg_iov = &part;
+        msg.msg_iovlen = 1;
+        alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int) * 4)] = {};
+        if (!fds.empty()) {
+            msg.msg_control = control;
+            msg.msg_controllen = CMSG_SPACE(sizeof(int) * fds.size());
+            cmsghdr* c = CMSG_FIRSTHDR(&msg);
+            c->cmsg_level = SOL_SOCKET;
+            c->cmsg_type = SCM_RIGHTS;
+            c->cmsg_len = CMSG_LEN(sizeof(int) * fds.size());
+            std::memcpy(CMSG_DATA(c), fds.data(), sizeof(int) * fds.size());
+        }
+        return sendmsg(m_fd, &msg, 0) == static_cast<ssize_t>(bytes.size());
     }
     // The next datagram within the time, or "timeout".
     std::string Receive(int milliseconds = 2000)
@@ -71,11 +88,23 @@ private:
 };
 
 std::string Frame(vx::detail::FrameKind kind, HWND hwnd, UINT message, const std::string& data,
-                  std::uint32_t dataLength, std::uint32_t offset = 0)
+                  std::uint32_t dataLength, std::uint32_t offset = 0, std::uint32_t carriers = 0)
 {
-    const FrameHeader h{vx::detail::kBusMagic, static_cast<std::uint32_t>(kind),
+    const FrameHeader h{vx::detail::kBusMagic, static_cast<std::uint32_t>(kind) | carriers,
                         reinterpret_cast<std::uintptr_t>(hwnd), message, 1, 0, 7, dataLength, offset};
     return std::string(reinterpret_cast<const char*>(&h), sizeof h) + data;
+}
+
+// How many descriptors a process has open.
+int OpenDescriptors(pid_t pid)
+{
+    int n = 0;
+    if (DIR* d = opendir(("/proc/" + std::to_string(pid) + "/fd").c_str())) {
+        while (const dirent* e = readdir(d))
+            n += e->d_name[0] != '.';
+        closedir(d);
+    }
+    return n;
 }
 
 std::int64_t AnswerOf(const std::string& datagram)
@@ -192,6 +221,54 @@ TEST_F(LinkTest, MalformedDataIsRefusedAndLogged)
     ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_USER + 1, "", 0)));
     EXPECT_EQ(AnswerOf(raw.Receive()), 0);
     EXPECT_TRUE(IsWindow(peer.window));
+}
+
+TEST_F(LinkTest, HandlesThatDoNotFitTheirMessageAreRefused)
+{
+    const linktest::Peer peer = StartPeer("IT");
+    ASSERT_NE(peer.window, nullptr);
+    const std::string target = SocketOf(peer.pid);
+    RawClient raw(linktest::Environment().run + "/raw.sock");
+    using vx::detail::FrameKind;
+    const UINT upper = RegisterWindowMessageA(vxhost::kUpperBlockMessage);
+    const std::uint32_t mappingInWParam = vx::kFileMappingCarrier << vx::detail::kWParamCarrierShift;
+    // Served once, so that the descriptors the peer keeps for itself are open.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, upper, "", 0)));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 0);
+    const int before = OpenDescriptors(peer.pid);
+    ASSERT_GT(before, 0);
+
+    const int block = memfd_create("test", MFD_CLOEXEC);
+    ASSERT_EQ(ftruncate(block, 264), 0);
+    const int file = open("/proc/self/exe", O_RDONLY | O_CLOEXEC);
+    // A handle announced without its descriptor; a descriptor nobody
+    // announced; one with a post, and one with a message that carries data.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, upper, "", 0, 0, mappingInWParam)));
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, upper, "", 0), {block}));
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Post, peer.window, upper, "", 0, 0, mappingInWParam), {block}));
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, WM_COPYDATA, "ab", 2, 0, mappingInWParam),
+                           {block}));
+    // Bits that no kind of frame has.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, upper, "", 0, 0, 0x01000000u)));
+    EXPECT_EQ(raw.Receive(500), "timeout");
+    EXPECT_TRUE(LogShows("refused handles that do not match their message")) << Log();
+    EXPECT_TRUE(LogShows("refused a malformed message"));
+
+    // A descriptor that is no block of the user's is no handle: answered 0.
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, upper, "", 0, 0, mappingInWParam), {file}));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 0);
+    EXPECT_TRUE(LogShows("refused a handle of process"));
+    // A block is one: the peer writes into it.
+    ASSERT_EQ(pwrite(block, "plan", 5, 0), 5);
+    ASSERT_TRUE(raw.SendTo(target, Frame(FrameKind::Send, peer.window, upper, "", 0, 0, mappingInWParam), {block}));
+    EXPECT_EQ(AnswerOf(raw.Receive()), 264);
+    char back[5] = {};
+    ASSERT_EQ(pread(block, back, 5, 0), 5);
+    EXPECT_STREQ(back, "PLAN");
+    // Nothing it was sent stayed open in the peer.
+    EXPECT_EQ(OpenDescriptors(peer.pid), before);
+    close(block);
+    close(file);
 }
 
 TEST_F(LinkTest, BusDirectoryIsTheUsersAlone)

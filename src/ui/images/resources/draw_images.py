@@ -152,6 +152,105 @@ bitmap(0x3EF, 13, 13, radio(False, False))
 bitmap(0x3F6, 13, 13, radio(False, True))
 bitmap(0x3F8, 13, 13, radio(True, True))
 
+# --- the preview: "no preview" (6814, 84 x 24) ----------------------------------------
+# A page crossed out and the words "BRAK PODGLĄDU" in a 5 x 7 pixel font.
+GLYPHS = {
+    "B": ["11110", "10001", "10001", "11110", "10001", "10001", "11110"],
+    "R": ["11110", "10001", "10001", "11110", "10100", "10010", "10001"],
+    "A": ["01110", "10001", "10001", "11111", "10001", "10001", "10001"],
+    "K": ["10001", "10010", "10100", "11000", "10100", "10010", "10001"],
+    "P": ["11110", "10001", "10001", "11110", "10000", "10000", "10000"],
+    "O": ["01110", "10001", "10001", "10001", "10001", "10001", "01110"],
+    "D": ["11100", "10010", "10001", "10001", "10001", "10010", "11100"],
+    "G": ["01110", "10001", "10000", "10111", "10001", "10001", "01111"],
+    "L": ["10000", "10000", "10000", "10000", "10000", "10000", "11111"],
+    "U": ["10001", "10001", "10001", "10001", "10001", "10001", "01110"],
+    # A with its ogonek below the line.
+    "\u0104": ["01110", "10001", "10001", "11111", "10001", "10001", "10001", "00010", "00011"],
+}
+
+
+def text_pixels(text, left, top):
+    ink = set()
+    for i, ch in enumerate(text):
+        for row, bits in enumerate(GLYPHS[ch]):
+            for col, bit in enumerate(bits):
+                if bit == "1":
+                    ink.add((left + i * 6 + col, top + row))
+    return ink
+
+
+def no_preview():
+    words = text_pixels("BRAK", 26, 3) | text_pixels("PODGL\u0104DU", 26, 12)
+    paper = (244, 244, 244)
+
+    def pixel(x, y):
+        if x == 0 or y == 0 or x == 83 or y == 23:
+            return (160, 160, 160)
+        if (x, y) in words:
+            return (64, 64, 64)
+        # The page, 12 x 16 with a folded corner, crossed out in red.
+        px, py = x - 7, y - 4
+        if 0 <= px <= 12 and 0 <= py <= 16:
+            if dist_to_segment(x + 0.5, y + 0.5, 4, 21, 22, 3) <= 1.0:
+                return (200, 0, 0)
+            if px > 8 and py < 4 and px - 8 > py:
+                return paper  # cut corner
+            if px == 0 or py == 16 or px == 12 or py == 0 or (px - 8 == py and px >= 8):
+                return (96, 96, 96)
+            if (px >= 8 and py == 4) or (px == 8 and py <= 4):
+                return (96, 96, 96)  # the folded corner
+            return (255, 255, 255)
+        if dist_to_segment(x + 0.5, y + 0.5, 4, 21, 22, 3) <= 1.0:
+            return (200, 0, 0)
+        return paper
+    return pixel
+
+
+bitmap(6814, 84, 24, no_preview())
+
+# --- the cell list's small images (452): 16 x 16 each, magenta is transparent ---------
+MAGENTA = (255, 0, 255)
+
+
+def cell_images():
+    """Bridge ends and middle, a terminal, a dot, a tick, a cross, a warning."""
+    bar = (40, 40, 40)
+
+    def terminal(x, y):
+        d = math.hypot(x + 0.5 - 8, y + 0.5 - 8)
+        if d <= 3.0:
+            return (255, 255, 255) if d <= 1.6 else (40, 40, 40)
+        return None
+
+    def pixel(x, y):
+        kind, x = divmod(x, 16)
+        t = terminal(x, y)
+        if kind <= 3:
+            if t:
+                return t
+            left = kind in (1, 2)
+            right = kind in (0, 1)
+            if 7 <= y <= 8 and ((left and x < 8) or (right and x >= 8)):
+                return bar
+            return MAGENTA
+        if kind == 4:
+            return (0, 150, 60) if math.hypot(x + 0.5 - 8, y + 0.5 - 8) <= 4.5 else MAGENTA
+        if kind == 5:
+            return strokes([(3, 8, 6.5, 12), (6.5, 12, 13, 4)], 2.2, (0, 140, 40), MAGENTA)(x, y)
+        if kind == 6:
+            return strokes([(4, 4, 12, 12), (12, 4, 4, 12)], 2.2, (200, 0, 0), MAGENTA)(x, y)
+        # A warning: a yellow triangle with a mark.
+        if y >= 2 and y <= 14 and abs(x + 0.5 - 8) <= (y - 1) * 0.55:
+            if 7 <= x <= 8 and (5 <= y <= 10 or y == 12):
+                return (0, 0, 0)
+            return (250, 200, 0)
+        return MAGENTA
+    return pixel
+
+
+bitmap(452, 128, 16, cell_images())
+
 # --- the resource file -------------------------------------------------------------
 entries = []
 for folder in ("bitmaps", "icons"):

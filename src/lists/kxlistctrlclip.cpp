@@ -1,0 +1,282 @@
+// KXListCtrl: copy, cut and paste of blocks, and the parent's writing of cells.
+#include "lists/kxlistctrl_p.h"
+
+#include "base/stringlist.h"
+#include "base/vxmessagebox.h"
+#include "platform/framework/codepage.h"
+#include "platform/framework/globalmemory.h"
+#include "platform/framework/mbstring.h"
+#include "ui/clipboard/clipboard.h"
+#include "ui/clipboard/coledataobject.h"
+#include "ui/clipboard/coledatasource.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+const char* const kToken = "VXXLIST";
+// Cell texts are taken to be 100 bytes at most; pasted fields are cut there.
+constexpr int kCellLimit = 100;
+
+// A block of memory as the clipboard takes it: the text and its zero.
+HGLOBAL Block(const std::string& text, std::size_t atLeast)
+{
+    const std::size_t size = std::max(atLeast, text.size() + 1);
+    HGLOBAL h = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT | GMEM_DDESHARE, size);
+    if (!h)
+        return nullptr;
+    std::memcpy(GlobalLock(h), text.c_str(), text.size() + 1);
+    GlobalUnlock(h);
+    return h;
+}
+
+HGLOBAL UnicodeBlock(const std::string& codePage)
+{
+    const std::string utf8 = vx::ToUtf8(codePage);
+    const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return vx::GlobalCopyOf(text.utf16(), static_cast<SIZE_T>(text.size() + 1) * 2);
+}
+
+std::string_view Next(std::string_view& rest, char sep)
+{
+    const std::size_t at = rest.find(sep);
+    const std::string_view field = rest.substr(0, at);
+    rest = at == std::string_view::npos ? std::string_view() : rest.substr(at + 1);
+    return field;
+}
+
+} // namespace
+
+int KXListCtrl::ModifyItemText(int row, int col, CString* text)
+{
+    if (col >= GetColumns() || row >= d->Count())
+        return 0;
+    const CString fresh = text ? *text : CString();
+    if (_mbscoll(fresh, GetItemText(row, col)) == 0)
+        return 1; // nothing changes, nothing is sent
+    XLISTCTRLDATA* first = d->First(row);
+    if (!first)
+        return 1;
+    if (col >= 0) {
+        XLISTCTRLDATA* cell = d->Cell(row, col);
+        if (!cell || !cell->bCellEditable)
+            return 0;
+    }
+    const bool wasModified = first->bModified;
+    first->bModified = TRUE;
+    d->listModified = TRUE;
+    if (!wasModified)
+        UpdateItem(row); // the whole row takes the modified colour
+    XLISTCTRL_CHANGE change{row, col, this, 0};
+    if (CWnd* parent = GetParent())
+        parent->SendMessage(WM_XLISTCTRL_SETTEXT, reinterpret_cast<WPARAM>(&change),
+                            reinterpret_cast<LPARAM>(static_cast<const char*>(fresh)));
+    return 1;
+}
+
+void KXListCtrl::ZellenKopieren()
+{
+    int r1, r2, c1, c2;
+    if (!d->selection.GetFirst(r1, r2, c1, c2))
+        return;
+    const bool rows = d->selection.GetMode() == CellSelection::Rows;
+    const long long width = rows ? 1 : static_cast<long long>(c2) - c1 + 1;
+    const long long height = static_cast<long long>(r2) - r1 + 1;
+    const std::size_t buffer = static_cast<std::size_t>(width * height * 101 + 20);
+    CWnd* parent = GetParent();
+    if (rows) {
+        if (!parent || !parent->SendMessage(WM_XLISTCTRL_CANCOPY, static_cast<WPARAM>(r1), r2)) {
+            VxAfxMessageBox(6728, MB_OK, 0);
+            return;
+        }
+    }
+    COleDataSource source;
+    CString head;
+    if (rows) {
+        parent->SendMessage(WM_XLISTCTRL_COPYROWS, static_cast<WPARAM>(r1), r2);
+        head.Format("%s#%d#%d#%d", kToken, 2, r1, r2);
+        source.CacheGlobalData(CF_TEXT, Block(std::string(head), buffer));
+        source.SetClipboard();
+        return;
+    }
+    head.Format("%s#%d#%d#%d", kToken, 1, static_cast<int>(width), static_cast<int>(height));
+    // The block for the suite, and the same cells as tab separated lines
+    // for other programs.
+    std::string block(head);
+    std::string lines;
+    block.reserve(static_cast<std::size_t>(width * height * 9));
+    lines.reserve(block.capacity());
+    for (int r = r1; r <= r2; ++r) {
+        for (int c = c1; c <= c2; ++c) {
+            const CString text = GetItemText(r, c);
+            block += '#';
+            block.append(text, static_cast<std::size_t>(text.GetLength()));
+            if (c > c1)
+                lines += '\t';
+            lines.append(text, static_cast<std::size_t>(text.GetLength()));
+        }
+        lines += "\r\n";
+    }
+    source.CacheGlobalData(CF_TEXT, Block(block, buffer));
+    source.CacheGlobalData(CF_UNICODETEXT, UnicodeBlock(lines));
+    source.SetClipboard();
+}
+
+void KXListCtrl::ZellenLoeschen(int copyFirst)
+{
+    if (copyFirst)
+        ZellenKopieren();
+    int r1, r2, c1, c2;
+    if (!d->selection.GetFirst(r1, r2, c1, c2))
+        return;
+    if (d->selection.GetMode() == CellSelection::Rows) {
+        if (CWnd* parent = GetParent())
+            parent->SendMessage(WM_XLISTCTRL_DELETEROWS, static_cast<WPARAM>(r1), r2);
+        return;
+    }
+    if (d->selection.GetMode() != CellSelection::Cells || c1 < 0 || c2 >= GetColumns())
+        return;
+    const HWND self = m_hWnd;
+    CString empty;
+    for (int r = r1; r <= r2 && IsWindow(self); ++r) {
+        for (int c = c1; c <= c2 && IsWindow(self); ++c)
+            ModifyItemText(r, c, &empty);
+    }
+}
+
+void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int lastCol)
+{
+    int r1 = firstRow;
+    int r2 = lastRow;
+    int c1 = firstCol;
+    int c2 = lastCol;
+    if (firstRow == -1 && lastRow == -1 && firstCol == -1 && lastCol == -1) {
+        if (!d->selection.GetFirst(r1, r2, c1, c2)) {
+            // No selection: the row past the end, which exists only if the
+            // parent adds it.
+            d->selection.SetMode(CellSelection::None);
+            r1 = r2 = d->Count();
+            c1 = c2 = 0;
+        }
+    } else {
+        if (r1 > r2)
+            std::swap(r1, r2);
+        if (c1 > c2)
+            std::swap(c1, c2);
+    }
+    COleDataObject data;
+    if (!data.AttachClipboard() || !data.IsDataAvailable(CF_TEXT))
+        return;
+    HGLOBAL h = data.GetGlobalData(CF_TEXT);
+    if (!h)
+        return;
+    const auto* bytes = static_cast<const char*>(GlobalLock(h));
+    // A C string to its first zero, within the block whatever it holds.
+    const std::string text(bytes, bytes ? strnlen(bytes, GlobalSize(h)) : 0);
+    GlobalUnlock(h);
+    GlobalFree(h);
+
+    const HWND self = m_hWnd;
+    const int targetWidth = c2 - c1 + 1;
+    const int targetHeight = r2 - r1 + 1;
+    std::string_view rest(text);
+    std::string_view probe = rest;
+    if (Next(probe, '#') == kToken) {
+        Next(rest, '#');
+        const int type = std::atoi(std::string(Next(rest, '#')).c_str());
+        if (type == 2) {
+            if (!d->cellMode) {
+                if (CWnd* parent = GetParent())
+                    parent->SendMessage(WM_XLISTCTRL_PASTEROWS, static_cast<WPARAM>(r1), 0);
+            }
+            return;
+        }
+        if (type != 1 || d->selection.GetMode() == CellSelection::Rows)
+            return;
+        const long long width = std::atoll(std::string(Next(rest, '#')).c_str());
+        const long long height = std::atoll(std::string(Next(rest, '#')).c_str());
+        if (width <= 0 || height <= 0)
+            return;
+        // The cells must be exactly what the header says.
+        const long long separators = std::count(rest.begin(), rest.end(), '#');
+        if (width * height - 1 != separators)
+            return;
+        std::vector<CString> cells;
+        cells.reserve(static_cast<std::size_t>(width * height));
+        while (static_cast<long long>(cells.size()) < width * height) {
+            const std::string_view cell = Next(rest, '#');
+            cells.emplace_back(std::string(cell).c_str());
+        }
+        auto at = [&](long long r, long long c) { return &cells[static_cast<std::size_t>(r * width + c)]; };
+        if (width == 1 && height == 1) {
+            for (int r = r1; r <= r2 && IsWindow(self); ++r) {
+                for (int c = c1; c <= c2 && IsWindow(self); ++c)
+                    ModifyItemText(r, c, at(0, 0));
+            }
+        } else if (width == targetWidth && height == 1) {
+            for (int r = r1; r <= r2 && IsWindow(self); ++r) {
+                for (int c = 0; c < targetWidth && IsWindow(self); ++c)
+                    ModifyItemText(r, c1 + c, at(0, c));
+            }
+        } else if (width == targetWidth && height == targetHeight) {
+            for (int r = 0; r < targetHeight && IsWindow(self); ++r) {
+                for (int c = 0; c < targetWidth && IsWindow(self); ++c)
+                    ModifyItemText(r1 + r, c1 + c, at(r, c));
+            }
+        } else {
+            VxAfxMessageBox(6727, MB_ICONEXCLAMATION, 0);
+        }
+        return;
+    }
+
+    if (text.find('\t') == std::string::npos && text.find('\n') == std::string::npos) {
+        CString value(text.substr(0, kCellLimit).c_str());
+        for (int r = r1; r <= r2 && IsWindow(self); ++r) {
+            for (int c = c1; c <= c2 && IsWindow(self); ++c)
+                ModifyItemText(r, c, &value);
+        }
+        return;
+    }
+
+    // Lines and fields. A row whose cell refuses is passed over, and every
+    // following line moves down with it.
+    int skip = 0;
+    int line = 0;
+    while (!rest.empty() && IsWindow(self)) {
+        const std::size_t end = rest.find("\r\n");
+        std::string_view fields = rest.substr(0, end);
+        rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 2);
+        int field = 0;
+        while (IsWindow(self)) {
+            const std::size_t tab = fields.find('\t');
+            const std::string_view value = fields.substr(0, tab);
+            const int col = c1 + field;
+            if (!value.empty() && col < GetColumns()) {
+                CString cell(std::string(value.substr(0, kCellLimit)).c_str());
+                for (;;) {
+                    const int row = r1 + line + skip;
+                    if (row >= d->Count() || (targetHeight > 1 && row > r2))
+                        return;
+                    if (ModifyItemText(row, col, &cell) || !IsWindow(self))
+                        break;
+                    ++skip;
+                }
+            }
+            if (tab == std::string_view::npos)
+                break;
+            fields = fields.substr(tab + 1);
+            ++field;
+        }
+        ++line;
+        const int next = r1 + line + skip;
+        if (next >= d->Count() || (targetHeight > 1 && next > r2))
+            return;
+    }
+}
