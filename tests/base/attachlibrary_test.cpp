@@ -3,7 +3,7 @@
 #include "base/vxglobals.h"
 #include "config/kprofile.h"
 #include "platform/files/appdirs.h"
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 #include "platform/windows/sysmetrics.h"
 
 #include "support/tempdir.h"

@@ -11,7 +11,7 @@
 #include "base/vxglobals.h"
 #include "config/kprofile.h"
 #include "platform/shell/resources.h"
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 #include "support/tempdir.h"
 #include "support/testenv.h"
 

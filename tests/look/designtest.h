@@ -13,7 +13,7 @@
 #include "look/kskinbutton.h"
 #include "menus/cnewmenu.h"
 #include "menus/cnewtoolbar.h"
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 
 #include "support/tempdir.h"
 #include "support/testenv.h"

@@ -1,6 +1,6 @@
 #include "platform/windows/sysmetrics.h"
 
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 
 #include <atomic>
 
@@ -107,7 +107,7 @@ COLORREF FixedSysColor(int index)
 
 int GetSystemMetrics(int index)
 {
-    // The screens answer for themselves (platform/windows/monitors.h).
+    // The screens answer for themselves (platform/screens/monitors.h).
     if (int value = 0; vx::ScreenMetric(index, value))
         return value;
     if (vx::SystemMetricsProvider* p = vx::g_provider.load())

@@ -5,7 +5,7 @@
 // pixels are the same on every machine. A host (vxbase-ui) may install a
 // provider that answers from the real display instead. The metrics of the
 // screens (their sizes, the virtual desktop, SM_CMONITORS) always come from
-// the process's list of screens (monitors.h).
+// the process's list of screens (platform/screens/monitors.h).
 #pragma once
 
 #include "platform/framework/wintypes.h"

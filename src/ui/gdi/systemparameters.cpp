@@ -1,7 +1,7 @@
 #include "ui/gdi/wingdi.h"
 
 #include "platform/windows/cwnd.h"
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <cstring>

@@ -4,7 +4,7 @@
 #include "ui/windows/qtinterop.h"
 
 #include "base/libraryframe.h"
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 
 #include <QGuiApplication>
 #include <QObject>

@@ -47,7 +47,7 @@ VXBASE_UI_EXPORT void ProcessPaintEvents();
 // System colours from Qt's palette (true), or from the fixed classic table
 // that makes pixels reproducible (false, the default).
 VXBASE_UI_EXPORT void UseQtPalette(bool use);
-// The list of screens (platform/windows/monitors.h) from Qt's screens, kept
+// The list of screens (platform/screens/monitors.h) from Qt's screens, kept
 // up to date as screens come, go and change (true), or the one screen of the
 // classic desktop (false). InitUi turns it on when a display exists. Each
 // change sets the display state afresh (StartDualMonitor).

@@ -1,4 +1,4 @@
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 
 #include "platform/windows/cwnd.h"
 #include "platform/windows/sysmetrics.h"

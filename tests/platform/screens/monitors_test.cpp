@@ -1,7 +1,7 @@
 // The screens of the display: the metrics they decide and the monitor
 // functions, on one screen and on two side by side of different sizes.
 #include "platform/windows/cwnd.h"
-#include "platform/windows/monitors.h"
+#include "platform/screens/monitors.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <gtest/gtest.h>
