@@ -125,6 +125,8 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
         {{"ini", "files", "--screenshot", "x"}, "usage: vxhost ini"},
         {{"list", "--screenshot"}, "usage: vxhost list [--screenshot DIR]"},
         {{"list", "x"}, "usage: vxhost list [--screenshot DIR]"},
+        {{"menus", "--screenshot"}, "usage: vxhost menus [--screenshot DIR]"},
+        {{"menus", "x"}, "usage: vxhost menus [--screenshot DIR]"},
         {{"help", "x"}, "usage: vxhost help"},
     };
     for (const Case& c : cases) {
@@ -165,6 +167,15 @@ TEST(Vxhost, WindowCommandsEndOffscreen)
     run = RunVxhost({"list"});
     EXPECT_EQ(run.exitCode, 0) << run.output;
     EXPECT_TRUE(Shows(run, "offscreen: the list of 2000 rows was built")) << run.output;
+
+    // The menus: three open popups in each of the ten draw modes.
+    vxtest::TempDir menuShots;
+    run = RunVxhost({"menus", "--screenshot", menuShots.Path()});
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    pngs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(menuShots.Path()))
+        pngs += entry.path().extension() == ".png";
+    EXPECT_EQ(pngs, 30);
 }
 
 TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
