@@ -4,6 +4,7 @@
 #include "look/kskinbutton.h"
 #include "menus/cnewmenu.h"
 #include "menus/cnewtoolbar.h"
+#include "menus/menucolors.h"
 #include "ui/controls/cbutton.h"
 #include "ui/dialogs/ccolordialog.h"
 #include "ui/gdi/cdc.h"
@@ -30,25 +31,6 @@ int Read(const char* key, int defaultValue)
 void Write(const char* key, int value)
 {
     KProfile::WriteProfileInt(kSection, key, value, kScope);
-}
-
-// The menu colour rules (a channel at a time, rounded as MulDiv rounds).
-int Scaled(int value, int numerator, int denominator)
-{
-    return (value * numerator + denominator / 2) / denominator;
-}
-
-COLORREF Darkened(int level, COLORREF c)
-{
-    return RGB(Scaled(GetRValue(c), 255 - level, 255), Scaled(GetGValue(c), 255 - level, 255),
-               Scaled(GetBValue(c), 255 - level, 255));
-}
-
-COLORREF Blended(COLORREF a, COLORREF b)
-{
-    return RGB(Scaled(GetRValue(a), 7, 10) + Scaled(GetRValue(b), 3, 10),
-               Scaled(GetGValue(a), 7, 10) + Scaled(GetGValue(b), 3, 10),
-               Scaled(GetBValue(a), 7, 10) + Scaled(GetBValue(b), 3, 10));
 }
 
 CComboBox* Combo(CDialog& dlg, int id)
@@ -124,7 +106,7 @@ COLORREF KDeskDesignDlg::GetMenuBackground(int index)
 {
     switch (index) {
     case 0: {
-        const COLORREF color = Blended(Darkened(10, GetSysColor(COLOR_WINDOW)), GetSysColor(COLOR_ACTIVECAPTION));
+        const COLORREF color = BlendColor(DarkenColor(10, GetSysColor(COLOR_WINDOW)), GetSysColor(COLOR_ACTIVECAPTION));
         CWnd* main = AfxGetMainWnd();
         if (!main || !main->m_hWnd)
             return color;
