@@ -228,11 +228,17 @@ TEST_F(SplitDialog, ADragStopsAtTheMinimaOfBothSides)
     vx::ProcessUiEvents();
     EXPECT_EQ(root.GetSplitterRect().left, whole.left + root.GetLeftMinWidth());
 
+    // The right side's minimum as measured before the drag: the side ends
+    // up a bar narrower than it, and the measuring after the release cuts
+    // the minimum to the side, so the later value would not tell.
+    const int rightMin = root.GetRightMinWidth();
     const CPoint again = Bar();
     vxtest::Mouse(dlg, WM_LBUTTONDOWN, again.x, again.y, MK_LBUTTON);
+    vxtest::Mouse(dlg, WM_MOUSEMOVE, whole.right + 50, again.y, MK_LBUTTON);
+    EXPECT_EQ(dlg.GetDragBarRect().left, whole.right - rightMin);
     vxtest::Mouse(dlg, WM_LBUTTONUP, whole.right + 50, again.y, 0);
     vx::ProcessUiEvents();
-    EXPECT_EQ(root.GetSplitterRect().left, whole.right - root.GetRightMinWidth());
+    EXPECT_EQ(root.GetSplitterRect().left, whole.right - rightMin);
 }
 
 TEST_F(SplitDialog, ResizingKeepsTheDivisionOfTheTemplateAndTheTreesMinimum)
