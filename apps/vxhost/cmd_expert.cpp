@@ -144,7 +144,7 @@ QImage Picture(KIniExpertDlg& d)
 {
     QImage image = vx::RenderWindow(d);
     CWnd* list = CWnd::GetCapture();
-    if (list && list != &d && !d.IsChild(list) && list->IsWindowVisible()) {
+    if (list && list != &d && (list->GetStyle() & WS_POPUP) && list->IsWindowVisible()) {
         CRect outer;
         d.GetWindowRect(&outer);
         CRect r;

@@ -17,7 +17,8 @@ vx::DialogTemplate ExpertTemplate()
 {
     vx::DialogTemplate t(vx::FromUtf8("Ustawienia dla ekspertów").c_str(), 0, 0, 320, 220,
                          vx::DialogTemplate::kDefaultStyle | WS_THICKFRAME);
-    t.Control("", KIniExpertDlg::IDC_INIEXPERT_GRID, "MSFlexGridWndClass", WS_TABSTOP | WS_BORDER, 7, 7, 306, 180)
+    t.Control("", KIniExpertDlg::IDC_INIEXPERT_GRID, "MSFlexGridWndClass",
+              WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER, 7, 7, 306, 180)
         .EditText(KIniExpertDlg::IDC_INIEXPERT_EDIT, 7, 190, 60, 12, ES_AUTOHSCROLL)
         .ComboBox(KIniExpertDlg::IDC_INIEXPERT_COMBO, 70, 190, 60, 90, CBS_DROPDOWNLIST | WS_VSCROLL)
         .DefPushButton("OK", IDOK, 209, 199, 50, 14)
@@ -83,9 +84,10 @@ BOOL KIniExpertDlg::OnInitDialog()
     m_grid.SetColAlignment(0, flexAlignLeftCenter);
     m_grid.SetColAlignment(1, flexAlignLeftCenter);
 
-    // Three quarters for the captions, one for the values, in twips.
-    CRect client;
-    m_grid.GetClientRect(&client);
+    // Three quarters for the captions, one for the values, in twips, of the
+    // width the cells have beside a scroll bar the rows may need.
+    // Divided in pixels, so that the two columns fill the width exactly and
+    // no horizontal scroll bar comes of a rounding.
     int perInch = 96;
     {
         CClientDC dc(&m_grid);
@@ -93,9 +95,10 @@ BOOL KIniExpertDlg::OnInitDialog()
     }
     if (perInch <= 0)
         perInch = 96;
-    const long twips = static_cast<long>(client.Width()) * 1440 / perInch;
-    m_grid.SetColWidth(0, twips * 3 / 4);
-    m_grid.SetColWidth(1, twips / 4);
+    const long pixels = (m_grid.GetClientWidth() * perInch + 720) / 1440;
+    const long captions = pixels * 3 / 4;
+    m_grid.SetColWidth(0, captions * 1440 / perInch);
+    m_grid.SetColWidth(1, (pixels - captions) * 1440 / perInch);
 
     CString heading;
     heading.LoadString(6732);
@@ -117,9 +120,13 @@ BOOL KIniExpertDlg::OnInitDialog()
         m_grid.SetTextMatrix(i + 1, 1, vx::IniExpertDisplayText(e));
     }
     m_grid.SetRedraw(TRUE);
-    if (count > 0) {
-        m_grid.SetRow(1);
-        m_grid.SetCol(1);
+    // The current cell starts on the first value the user can change.
+    for (int i = 0; i < count; ++i) {
+        if (GetType(m_entries[i]->m_kind) != 0) {
+            m_grid.SetRow(i + 1);
+            m_grid.SetCol(1);
+            break;
+        }
     }
 
     AddSzControl(m_grid, mdResize, mdResize);

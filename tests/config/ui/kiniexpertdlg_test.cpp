@@ -136,12 +136,15 @@ TEST_F(ExpertDialog, ShowsCaptionsAndValuesUnderTheHeading)
     EXPECT_STREQ(Shown(kGrid), "2"); // 2500 in whole millimetres
     EXPECT_STREQ(Shown(kGap), "0.150000");
     EXPECT_STREQ(Shown(kSearch), "by name");
-    // Three quarters and a quarter of the grid's width, in twips.
-    CRect client;
-    Grid().GetClientRect(&client);
-    const long twips = client.Width() * 1440L / 96;
+    EXPECT_TRUE(Grid().IsWindowVisible());
+    // The current cell is the first value that can be changed.
+    EXPECT_EQ(Grid().GetRow(), kName);
+    EXPECT_EQ(Grid().GetCol(), 1);
+    // Three quarters and a quarter of the grid's width, in twips, filling it.
+    const long twips = Grid().GetClientWidth();
     EXPECT_NEAR(Grid().GetColWidth(0), twips * 3 / 4, 15);
     EXPECT_NEAR(Grid().GetColWidth(1), twips / 4, 15);
+    EXPECT_LE(Grid().GetColWidth(0) + Grid().GetColWidth(1), twips);
 }
 
 TEST_F(ExpertDialog, EachEditorChangesItsValueAndOkWritesEveryFileOfItsScope)
