@@ -91,6 +91,8 @@ public:
     // A move or resize that came from the desktop (the user or the window manager).
     void DesktopGeometry(const QRect& rect);
     bool SettingGeometry() const { return m_settingGeometry; }
+    // The window moved into another parent (SetParent): its widget follows.
+    void Reparent(CWnd* parent);
 
 private:
     void ApplySizeLimits();
