@@ -122,6 +122,8 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
         {{"db", "a", "b"}, "usage: vxhost db [FILE]"},
         {{"din", "--screenshot", "x"}, "usage: vxhost din [TEXT...]"},
         {{"ini", "files", "--screenshot", "x"}, "usage: vxhost ini"},
+        {{"list", "--screenshot"}, "usage: vxhost list [--screenshot DIR]"},
+        {{"list", "x"}, "usage: vxhost list [--screenshot DIR]"},
         {{"help", "x"}, "usage: vxhost help"},
     };
     for (const Case& c : cases) {
@@ -158,6 +160,10 @@ TEST(Vxhost, WindowCommandsEndOffscreen)
     run = RunVxhost({"gui"});
     EXPECT_EQ(run.exitCode, 0) << run.output;
     EXPECT_TRUE(Shows(run, "offscreen: the frame was built")) << run.output;
+
+    run = RunVxhost({"list"});
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "offscreen: the list of 2000 rows was built")) << run.output;
 }
 
 TEST(Vxhost, TourShowsOnlyTheDemoWithoutARuntimeDirectory)

@@ -3,6 +3,7 @@
 #include "base/vxglobals.h"
 #include "config/kprofile.h"
 #include "lists/kheaderctrlex.h"
+#include "platform/windows/sysmetrics.h"
 #include "support/tempdir.h"
 #include "support/testenv.h"
 
@@ -382,6 +383,37 @@ TEST_F(XList, SelectionQueries)
     list.SetCurSel(3, 1);
     EXPECT_EQ(list.GetCurSel(), 3);
     EXPECT_EQ(parent.Last(WM_XLISTCTRL_SELCHANGED)->wParam, 3u);
+}
+
+TEST(XListFrame, ScrollBarsTakeTheirRoomFromTheClientAreaAndShow)
+{
+    ListParent parent;
+    ASSERT_TRUE(parent.Create());
+    KXListCtrl list;
+    ASSERT_TRUE(list.CreateEx("", "SysListView32", WS_CHILD | WS_VISIBLE | LVS_REPORT, CRect(0, 0, 300, 200),
+                              &parent, 100, WS_EX_CLIENTEDGE));
+    CRect window, client;
+    list.GetClientRect(&client);
+    EXPECT_EQ(client.Size(), CSize(300 - 4, 200 - 4)); // the client edge, no bars yet
+    list.SetCellMode(TRUE);
+    list.InsertColumn(0, "A", LVCFMT_LEFT, 100);
+    list.SetRedraw(FALSE);
+    for (int i = 0; i < 100; ++i)
+        list.InsertItem(i, "x");
+    list.SetRedraw(TRUE);
+    const int bar = GetSystemMetrics(SM_CXVSCROLL);
+    list.GetClientRect(&client);
+    EXPECT_EQ(client.Size(), CSize(300 - 4 - bar, 200 - 4));
+    // A moved list keeps its bar and edge.
+    list.MoveWindow(0, 0, 320, 220);
+    list.GetWindowRect(&window);
+    list.GetClientRect(&client);
+    EXPECT_EQ(window.Size(), CSize(320, 220));
+    EXPECT_EQ(client.Size(), CSize(320 - 4 - bar, 220 - 4));
+    // The bar is painted in the non-client area: its arrow face, not the rows' background.
+    const QImage img = vxtest::Render(parent);
+    EXPECT_PIXEL(img, 320 - 2 - bar + 3, 2 + 3, GetSysColor(COLOR_BTNFACE));
+    EXPECT_PIXEL(img, 320 - 2 - bar + 3, 220 - 2 - bar + 3, GetSysColor(COLOR_BTNFACE));
 }
 
 } // namespace

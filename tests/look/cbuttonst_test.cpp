@@ -2,6 +2,7 @@
 
 #include "buttontest.h"
 
+#include "platform/windows/hooks.h"
 #include "ui/menus/cmenu.h"
 #include "ui/desktop/playsound.h"
 #include "ui/windows/qtinterop.h"
@@ -348,27 +349,43 @@ TEST_F(ButtonTest, MenuOpensBelowTheButtonAndPostsTheChoice)
     b.SetMenu(menu.Detach(), parent.m_hWnd);
 
     Parent callbackTarget;
-    struct Seen {
-        UINT flags = 0;
-        POINT at{};
+    // The menu is a real popup: a hook looks at its window as it shows, and
+    // the keys that choose wait in the queue (TPM_NONOTIFY sends no
+    // WM_ENTERIDLE to drive it from).
+    static struct Seen {
+        CPoint at;
         HMENU menu = nullptr;
         COLORREF corner = 0;
+        Probe* button = nullptr;
+        HHOOK hook = nullptr;
     } seen;
-    auto old = vx::SetPopupMenuPresenter([&](const vx::PopupMenuRequest& r) {
-        seen.flags = r.flags;
-        seen.at = r.at;
-        seen.menu = r.menu;
-        seen.corner = vxtest::ColorAt(vxtest::Render(b), 0, 0); // drawn pushed meanwhile
-        return 55u;
-    });
+    seen = Seen{};
+    seen.button = &b;
+    seen.hook = SetWindowsHookExA(
+        WH_CALLWNDPROC,
+        [](int code, WPARAM w, LPARAM l) -> LRESULT {
+            const auto* cwp = reinterpret_cast<const CWPSTRUCT*>(l);
+            char name[16] = {};
+            GetClassNameA(cwp->hwnd, name, sizeof name);
+            if (std::string(name) == "#32768" && cwp->message == WM_SHOWWINDOW && cwp->wParam) {
+                CRect r;
+                ::GetWindowRect(cwp->hwnd, &r);
+                seen.at = r.TopLeft();
+                seen.menu = reinterpret_cast<HMENU>(SendMessageA(cwp->hwnd, MN_GETHMENU, 0, 0));
+                seen.corner = vxtest::ColorAt(vxtest::Render(*seen.button), 0, 0); // drawn pushed meanwhile
+            }
+            return CallNextHookEx(seen.hook, code, w, l);
+        },
+        nullptr, GetCurrentThreadId());
+    parent.PostMessage(WM_KEYDOWN, VK_DOWN, 1);
+    parent.PostMessage(WM_KEYDOWN, VK_RETURN, 1);
     b.SetMenuCallback(callbackTarget.m_hWnd, WM_USER + 9, 7);
     Click(b);
-    vx::SetPopupMenuPresenter(old);
-    EXPECT_EQ(seen.flags, 0x182u);
+    UnhookWindowsHookEx(seen.hook);
     EXPECT_EQ(seen.menu, expected);
     CRect window;
     b.GetWindowRect(&window);
-    EXPECT_EQ(CPoint(seen.at), CPoint(window.left, window.bottom));
+    EXPECT_EQ(seen.at, CPoint(window.left, window.bottom));
     EXPECT_EQ(seen.corner, kShadow);
     EXPECT_EQ(vxtest::ColorAt(vxtest::Render(b), 0, 0), kHighlight);
     vx::ProcessUiEvents();

@@ -412,6 +412,16 @@ VXBASE_EXPORT void SetFontBridge(const FontBridge& bridge);
 
 } // namespace vx
 
+// The desktop API's forms of the geometry calls, for any window of this
+// process (FALSE for others).
+VXBASE_EXPORT BOOL GetWindowRect(HWND hwnd, RECT* rect);
+VXBASE_EXPORT BOOL GetClientRect(HWND hwnd, RECT* rect);
+VXBASE_EXPORT BOOL ClientToScreen(HWND hwnd, POINT* point);
+VXBASE_EXPORT BOOL ScreenToClient(HWND hwnd, POINT* point);
+VXBASE_EXPORT BOOL SetWindowPos(HWND hwnd, HWND insertAfter, int x, int y, int cx, int cy, UINT flags);
+VXBASE_EXPORT BOOL MoveWindow(HWND hwnd, int x, int y, int width, int height, BOOL repaint);
+VXBASE_EXPORT HWND WindowFromPoint(POINT screen);
+
 // The application's main window, as the framework's AfxGetMainWnd gives it;
 // a host sets it once its frame exists.
 VXBASE_EXPORT CWnd* AfxGetMainWnd();

@@ -320,3 +320,65 @@ BOOL CWnd::RedrawWindow(const RECT* rect, CRgn* region, UINT flags)
         UpdateWindow();
     return TRUE;
 }
+
+BOOL GetWindowRect(HWND hwnd, RECT* rect)
+{
+    CWnd* w = CWnd::FromHandle(hwnd);
+    if (!w || !rect)
+        return FALSE;
+    w->GetWindowRect(rect);
+    return TRUE;
+}
+
+BOOL GetClientRect(HWND hwnd, RECT* rect)
+{
+    CWnd* w = CWnd::FromHandle(hwnd);
+    if (!w || !rect)
+        return FALSE;
+    w->GetClientRect(rect);
+    return TRUE;
+}
+
+BOOL ClientToScreen(HWND hwnd, POINT* point)
+{
+    CWnd* w = CWnd::FromHandle(hwnd);
+    if (!w || !point)
+        return FALSE;
+    w->ClientToScreen(point);
+    return TRUE;
+}
+
+BOOL ScreenToClient(HWND hwnd, POINT* point)
+{
+    CWnd* w = CWnd::FromHandle(hwnd);
+    if (!w || !point)
+        return FALSE;
+    w->ScreenToClient(point);
+    return TRUE;
+}
+
+BOOL SetWindowPos(HWND hwnd, HWND insertAfter, int x, int y, int cx, int cy, UINT flags)
+{
+    CWnd* w = CWnd::FromHandle(hwnd);
+    if (!w)
+        return FALSE;
+    const CWnd* after = insertAfter == HWND_BOTTOM ? &CWnd::wndBottom
+                        : insertAfter == HWND_TOP  ? &CWnd::wndTop
+                                                   : CWnd::FromHandle(insertAfter);
+    return w->SetWindowPos(after, x, y, cx, cy, flags);
+}
+
+BOOL MoveWindow(HWND hwnd, int x, int y, int width, int height, BOOL repaint)
+{
+    CWnd* w = CWnd::FromHandle(hwnd);
+    if (!w)
+        return FALSE;
+    w->MoveWindow(x, y, width, height, repaint);
+    return TRUE;
+}
+
+HWND WindowFromPoint(POINT screen)
+{
+    CWnd* w = CWnd::WindowFromPoint(screen);
+    return w ? w->m_hWnd : nullptr;
+}

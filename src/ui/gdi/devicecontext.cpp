@@ -84,6 +84,7 @@ Dc* NewWindowDc(HWND window, bool whole)
         return dc;
     }
     const QRect part = QRect(client.left, client.top, client.Width(), client.Height()) & surface->rect();
+    dc->area = whole ? surface->rect() : part;
     if (whole || part == surface->rect())
         dc->surface = surface;
     else if (part.isEmpty())
@@ -104,6 +105,8 @@ std::vector<std::pair<HWND, HDC>>& Redirects()
 void Release(Dc* dc)
 {
     dc->EndPainter();
+    if (dc->present && dc->window && !dc->area.isEmpty())
+        PresentWindow(dc->window, dc->area);
     if (Bitmap* b = Get<Bitmap>(dc->st.bitmap); b && b->selectedInto == dc)
         b->selectedInto = nullptr;
     UnrefState(dc->st);
@@ -232,7 +235,9 @@ HDC GetDC(HWND window)
         return static_cast<HDC>(NewDc(Dc::Type::Screen)->handle);
     if (!CWnd::FromHandle(window))
         return nullptr;
-    return static_cast<HDC>(NewWindowDc(window, false)->handle);
+    Dc* dc = NewWindowDc(window, false);
+    dc->present = true;
+    return static_cast<HDC>(dc->handle);
 }
 
 HDC GetWindowDC(HWND window)
@@ -241,7 +246,9 @@ HDC GetWindowDC(HWND window)
         return GetDC(nullptr);
     if (!CWnd::FromHandle(window))
         return nullptr;
-    return static_cast<HDC>(NewWindowDc(window, true)->handle);
+    Dc* dc = NewWindowDc(window, true);
+    dc->present = true;
+    return static_cast<HDC>(dc->handle);
 }
 
 int ReleaseDC(HWND, HDC dc)

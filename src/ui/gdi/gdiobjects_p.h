@@ -138,6 +138,10 @@ struct Dc final : Object {
 
     Type type;
     HWND window = nullptr;
+    // What a device of GetDC or GetWindowDC drew shows when it is released:
+    // its area of the window's surface (window coordinates).
+    bool present = false;
+    QRect area;
     std::shared_ptr<QImage> surface; // the window's pixels, the screen stand-in, or a shared image
     HANDLE block = nullptr;          // the file mapping of a shared image's pixels
     bool hasSystemClip = false;
@@ -231,6 +235,9 @@ void EraseWithClassBackground(HWND window, HDC dc, const QRegion& area);
 // What the screen shows: the desktop's colour under the visible top-level
 // windows that have been painted, the active one on top.
 std::shared_ptr<QImage> ScreenImage();
+// Shows what was drawn into an area of the window's surface (window
+// coordinates) without a WM_PAINT.
+void PresentWindow(HWND window, const QRect& area);
 // Sends WM_PAINT to the window with BeginPaint handing out `dc` (the
 // default of WM_PRINTCLIENT).
 void PaintInto(HWND window, HDC dc);

@@ -166,11 +166,13 @@ void WindowWidget::paintEvent(QPaintEvent* e)
         return;
     // An area Qt asks for that nobody invalidated was uncovered: it is erased
     // first, as an exposed area was on the original.
+    // The surface keeps what was painted, so once painted an uncovered area
+    // only needs showing; what was invalidated is painted.
     bool erase = false;
     QRegion pending = m_backend->TakePending(erase);
-    const bool exposed = !(e->region() - pending).isEmpty();
-    const QRegion all = pending | e->region();
-    m_backend->AddPending(all, erase || exposed);
+    const QRegion exposed = m_backend->Painted() ? QRegion() : e->region() - pending;
+    const QRegion all = pending | exposed;
+    m_backend->AddPending(all, erase || !exposed.isEmpty());
     CWnd& owner = m_backend->Owner();
     // The frame first, then the client area, as on the original.
     if (!(all - m_backend->ClientArea()).isEmpty())
@@ -754,6 +756,12 @@ std::shared_ptr<QImage> ScreenImage()
     if (active && std::find(tops.begin(), tops.end(), active) != tops.end())
         Compose(p, *active);
     return screen;
+}
+
+void PresentWindow(HWND window, const QRect& area)
+{
+    if (QtWindowBackend* b = QtBackendOf(window); b && b->Widget())
+        b->Widget()->update(area);
 }
 
 void EraseWithClassBackground(HWND, HDC dc, const QRegion& area)

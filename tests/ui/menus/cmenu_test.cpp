@@ -1,11 +1,13 @@
 // The menu model of the shim: items by position and by command, texts,
-// states, radio groups, the tree of submenus, and popups shown through the
-// presenter.
-#include "uisupport/uitest.h"
+// states, radio groups, the tree of submenus; permanent objects, templates,
+// the menus of windows, accelerators, and the answer of a tracked popup.
+#include "menutest.h"
 
 #include "platform/windows/messagepump.h"
 #include "ui/images/cbitmap.h"
+#include "ui/menus/accelerators.h"
 #include "ui/menus/cmenu.h"
+#include "platform/windows/lasterror.h"
 
 #include <algorithm>
 #include <string>
@@ -59,43 +61,6 @@ TEST(CMenu, ModelAnswersStatesIdsAndTexts)
     HMENU h = menu.m_hMenu;
     menu.DestroyMenu();
     EXPECT_FALSE(IsMenu(h));
-}
-
-class Owner : public CWnd {
-public:
-    std::vector<UINT> messages;
-    std::vector<WPARAM> commands;
-
-protected:
-    LRESULT WindowProc(UINT m, WPARAM w, LPARAM l) override
-    {
-        messages.push_back(m);
-        if (m == WM_COMMAND)
-            commands.push_back(w);
-        return CWnd::WindowProc(m, w, l);
-    }
-};
-
-TEST(CMenu, TrackPopupGoesThroughThePresenter)
-{
-    Owner owner;
-    owner.CreateEx("owner", "Owner", WS_POPUP);
-    CMenu menu;
-    menu.CreatePopupMenu();
-    menu.AppendMenu(MF_STRING, 77, "Seventy-seven");
-    vx::PopupMenuRequest seen;
-    auto old = vx::SetPopupMenuPresenter([&](const vx::PopupMenuRequest& r) {
-        seen = r;
-        return 77u;
-    });
-    EXPECT_EQ(menu.TrackPopupMenuEx(TPM_RETURNCMD | TPM_NONOTIFY, 5, 6, &owner, nullptr), 77);
-    EXPECT_EQ(CPoint(seen.at), CPoint(5, 6));
-    EXPECT_EQ(std::count(owner.messages.begin(), owner.messages.end(), WM_INITMENUPOPUP), 0);
-    EXPECT_TRUE(menu.TrackPopupMenu(0, 1, 1, &owner));
-    EXPECT_EQ(std::count(owner.messages.begin(), owner.messages.end(), WM_INITMENUPOPUP), 1);
-    vx::PumpMessages();
-    EXPECT_EQ(owner.commands, std::vector<WPARAM>{77});
-    vx::SetPopupMenuPresenter(old);
 }
 
 } // namespace
@@ -290,34 +255,121 @@ TEST(CMenu, RadioGroupsAndTheDefaultItem)
     EXPECT_EQ(menu.EnableMenuItem(999, MF_GRAYED), static_cast<UINT>(-1));
 }
 
-// A menu closed without a choice sends nothing; the presenter hears where
-// and how the menu is to show.
-TEST(CMenu, TrackPopupSendsOnlyAChoice)
+using menutest::Once;
+using menutest::Owner;
+
+TEST(CMenu, AttachedObjectsArePermanentAndWrappersAreNot)
+{
+    CMenu owned;
+    owned.CreatePopupMenu();
+    EXPECT_EQ(CMenu::FromHandlePermanent(owned.m_hMenu), &owned);
+    EXPECT_EQ(CMenu::FromHandle(owned.m_hMenu), &owned);
+    CMenu other;
+    EXPECT_FALSE(other.Attach(owned.m_hMenu)) << "one permanent object per menu";
+    HMENU loose = CreatePopupMenu();
+    EXPECT_EQ(CMenu::FromHandlePermanent(loose), nullptr);
+    CMenu* wrapper = CMenu::FromHandle(loose);
+    ASSERT_NE(wrapper, nullptr);
+    EXPECT_EQ(wrapper->m_hMenu, loose);
+    HMENU detached = owned.Detach();
+    EXPECT_EQ(CMenu::FromHandlePermanent(detached), nullptr);
+    DestroyMenu(detached);
+    DestroyMenu(loose);
+}
+
+TEST(MenuTemplates, LoadMenuBuildsAFreshMenuEachTime)
+{
+    vx::SetMenuTemplate(MAKEINTRESOURCE(700),
+                        {{MF_POPUP, 0, "&File",
+                          {{MF_STRING, 101, "&Open", {}}, {MF_SEPARATOR, 0, "", {}}, {MF_STRING, 102, "E&xit", {}}}},
+                         {MF_STRING | MF_GRAYED, 103, "&Help", {}}});
+    CMenu a;
+    ASSERT_TRUE(a.LoadMenu(700));
+    HMENU b = LoadMenuA(nullptr, MAKEINTRESOURCE(700));
+    ASSERT_NE(b, nullptr);
+    EXPECT_NE(a.m_hMenu, b);
+    EXPECT_EQ(a.GetMenuItemCount(), 2u);
+    CMenu* file = a.GetSubMenu(0);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->GetMenuItemCount(), 3u);
+    EXPECT_EQ(file->GetMenuItemID(2), 102u);
+    EXPECT_EQ(a.GetMenuState(103, MF_BYCOMMAND) & MF_GRAYED, MF_GRAYED);
+    DestroyMenu(b);
+    EXPECT_EQ(LoadMenuA(nullptr, MAKEINTRESOURCE(701)), nullptr);
+    EXPECT_EQ(GetLastError(), ERROR_RESOURCE_NAME_NOT_FOUND);
+    vx::SetMenuTemplate("NAMED", {{MF_STRING, 1, "x", {}}});
+    HMENU named = LoadMenuA(nullptr, "named");
+    EXPECT_EQ(GetMenuItemCount(named), 1);
+    DestroyMenu(named);
+}
+
+TEST(WindowMenus, SystemMenuIsTheWindowsOwnCopy)
+{
+    Owner w;
+    HMENU system = GetSystemMenu(w.m_hWnd, FALSE);
+    ASSERT_NE(system, nullptr);
+    EXPECT_EQ(GetSystemMenu(w.m_hWnd, FALSE), system);
+    EXPECT_EQ(GetMenuItemCount(system), 7);
+    EXPECT_EQ(GetMenuItemID(system, 6), SC_CLOSE);
+    EXPECT_EQ(GetMenuDefaultItem(system, FALSE, 0), SC_CLOSE);
+    EXPECT_EQ(GetSystemMenu(w.m_hWnd, TRUE), nullptr);
+    EXPECT_FALSE(IsMenu(system));
+    HMENU bar = CreateMenu();
+    EXPECT_TRUE(SetMenu(w.m_hWnd, bar));
+    EXPECT_EQ(GetMenu(w.m_hWnd), bar);
+    EXPECT_TRUE(SetMenu(w.m_hWnd, nullptr));
+    DestroyMenu(bar);
+}
+
+TEST(Accelerators, KeysWithTheirModifiersBecomeCommands)
+{
+    Owner w;
+    HMENU bar = CreateMenu();
+    AppendMenuA(bar, MF_STRING | MF_GRAYED, 202, "Disabled");
+    SetMenu(w.m_hWnd, bar);
+    vx::SetAcceleratorTable(MAKEINTRESOURCE(300), {{FVIRTKEY | FCONTROL, 'O', 201},
+                                                    {FVIRTKEY, VK_F5, 203},
+                                                    {FVIRTKEY | FCONTROL, 'D', 202},
+                                                    {0, 'q', 204}});
+    HACCEL keys = LoadAcceleratorsA(nullptr, MAKEINTRESOURCE(300));
+    ASSERT_NE(keys, nullptr);
+    EXPECT_EQ(LoadAcceleratorsA(nullptr, MAKEINTRESOURCE(300)), keys) << "loaded once";
+    EXPECT_EQ(CopyAcceleratorTableA(keys, nullptr, 0), 4);
+    auto press = [&](UINT message, WPARAM key) {
+        MSG msg{w.m_hWnd, message, key, 1, 0, {}};
+        return TranslateAcceleratorA(w.m_hWnd, keys, &msg);
+    };
+    vx::SetKeyDown(VK_CONTROL, true);
+    EXPECT_TRUE(press(WM_KEYDOWN, 'O'));
+    EXPECT_FALSE(press(WM_KEYDOWN, VK_F5)) << "Ctrl is not part of that entry";
+    EXPECT_TRUE(press(WM_KEYDOWN, 'D')) << "a disabled command is swallowed";
+    vx::SetKeyDown(VK_CONTROL, false);
+    EXPECT_FALSE(press(WM_KEYDOWN, 'O'));
+    EXPECT_TRUE(press(WM_KEYDOWN, VK_F5));
+    EXPECT_TRUE(press(WM_CHAR, 'q'));
+    EXPECT_FALSE(press(WM_CHAR, 'Q'));
+    EXPECT_EQ(w.commands, (std::vector<WPARAM>{MAKEWPARAM(201, 1), MAKEWPARAM(203, 1), MAKEWPARAM(204, 1)}));
+    HACCEL made = CreateAcceleratorTableA(std::vector<ACCEL>{{FVIRTKEY, VK_F1, 1}}.data(), 1);
+    EXPECT_TRUE(DestroyAcceleratorTable(made));
+    EXPECT_FALSE(DestroyAcceleratorTable(made));
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_ACCEL_HANDLE);
+    SetMenu(w.m_hWnd, nullptr);
+    DestroyMenu(bar);
+}
+
+TEST(CMenu, TrackPopupMenuReturnsOrPostsTheChoice)
 {
     Owner owner;
-    owner.CreateEx("owner", "Owner", WS_POPUP);
     CMenu menu;
     menu.CreatePopupMenu();
-    menu.AppendMenu(MF_STRING, 5, "Five");
-    vx::PopupMenuRequest seen;
-    int asked = 0;
-    auto old = vx::SetPopupMenuPresenter([&](const vx::PopupMenuRequest& r) {
-        seen = r;
-        ++asked;
-        return 0u;
-    });
-    TPMPARAMS params{sizeof(TPMPARAMS), RECT{1, 2, 3, 4}};
-    EXPECT_TRUE(menu.TrackPopupMenuEx(TPM_RIGHTALIGN | TPM_BOTTOMALIGN, 20, 30, &owner, &params));
-    EXPECT_EQ(seen.menu, menu.m_hMenu);
-    EXPECT_EQ(seen.flags, TPM_RIGHTALIGN | TPM_BOTTOMALIGN);
-    EXPECT_EQ(seen.owner, owner.m_hWnd);
-    EXPECT_EQ(CRect(seen.exclude), CRect(1, 2, 3, 4));
-    EXPECT_EQ(menu.TrackPopupMenuEx(TPM_RETURNCMD, 20, 30, &owner, nullptr), 0);
+    menu.AppendMenu(MF_STRING, 77, "Seventy-seven");
+    owner.steps.push_back(Once([&] { owner.Char('s'); }));
+    EXPECT_EQ(menu.TrackPopupMenuEx(TPM_RETURNCMD, 5, 6, &owner, nullptr), 0) << "no & in the text";
+    owner.steps.push_back(Once([&] { owner.Key(VK_DOWN); }));
+    owner.steps.push_back(Once([&] { owner.Key(VK_RETURN); }));
+    EXPECT_TRUE(menu.TrackPopupMenu(0, 1, 1, &owner));
     vx::PumpMessages();
-    EXPECT_TRUE(owner.commands.empty());
-    HMENU gone = CreatePopupMenu();
-    DestroyMenu(gone);
-    EXPECT_FALSE(TrackPopupMenuEx(gone, 0, 0, 0, owner.m_hWnd, nullptr));
-    EXPECT_EQ(asked, 2) << "a stale menu is never shown";
-    vx::SetPopupMenuPresenter(old);
+    EXPECT_EQ(owner.commands, std::vector<WPARAM>{77});
+    EXPECT_FALSE(TrackPopupMenuEx(nullptr, 0, 0, 0, owner.m_hWnd, nullptr));
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_MENU_HANDLE);
 }

@@ -1,0 +1,76 @@
+// Internal; do not include directly.
+//
+// The modal loop of a popup menu: TrackPopupMenuEx opens the top level,
+// then the tracker takes the thread's input (vx::SetInputFilter) until the
+// user chooses, cancels or the menu is ended, while posted messages, timers
+// and the other pump sources keep being served.
+#pragma once
+
+#include "ui/menus/popupmenuwindow_p.h"
+
+#include <memory>
+#include <vector>
+
+namespace vx::menus {
+
+class MenuTracker {
+public:
+    MenuTracker(HMENU menu, UINT flags, HWND owner, const RECT* exclude);
+    ~MenuTracker();
+    MenuTracker(const MenuTracker&) = delete;
+    MenuTracker& operator=(const MenuTracker&) = delete;
+
+    // Opens the menu at a screen point and tracks it; the chosen command or 0.
+    UINT Run(int x, int y);
+    // Ends the loop without a command.
+    void Cancel();
+
+    HWND Owner() const { return m_owner; }
+    UINT Flags() const { return m_flags; }
+    // Whether underlines of mnemonics show (ODS_NOACCEL otherwise).
+    bool ShowCues() const { return m_cues; }
+    // A level's timer came: its hovered sub-menu opens.
+    void OnShowTimer(int level);
+    // The tracker of the innermost loop, or null.
+    static MenuTracker* Current();
+
+private:
+    bool OnInput(const MSG& msg);
+    void OnKey(UINT key);
+    void OnChar(UINT ch);
+    void OnMouse(UINT message, CPoint screen);
+    // Opens the sub-menu of the selected item of `level`.
+    void OpenSubmenu(int level, bool selectFirst);
+    // Closes the levels above `level`.
+    void CloseAbove(int level);
+    void Select(int level, int position, bool byMouse);
+    // Moves the selection of the current level by `step` (1, -1), or to the
+    // first (`step` 0, from the top) or last selectable item.
+    void Step(int step, bool fromEnd = false);
+    // Runs the item: a command ends the loop, a sub-menu opens.
+    void Execute(int level, int position);
+    CRect PlaceTop(CSize size, int x, int y) const;
+    CRect PlaceSub(CSize size, int level, int position) const;
+    bool OpenLevel(HMENU menu, int parentLevel, int position, int x, int y);
+    int LevelAt(CPoint screen) const;
+    bool Notify() const { return !(m_flags & TPM_NONOTIFY); }
+    void Wait();
+
+    HMENU m_menu;
+    UINT m_flags;
+    HWND m_owner;
+    RECT m_exclude{};
+    bool m_hasExclude = false;
+    std::vector<std::unique_ptr<PopupMenuWindow>> m_levels;
+    int m_current = 0; // the level the keyboard acts on
+    bool m_done = false;
+    UINT m_command = 0;
+    bool m_cues = false;
+    bool m_buttonDown = false;
+    bool m_moved = false;
+    bool m_idleSent = false;
+    CPoint m_lastMouse{-32768, -32768};
+    MenuTracker* m_outer = nullptr;
+};
+
+} // namespace vx::menus
