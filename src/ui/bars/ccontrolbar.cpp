@@ -1,6 +1,7 @@
 #include "ui/bars/ccontrolbar.h"
 
 #include "platform/windows/sysmetrics.h"
+#include "ui/bars/ccmdui.h"
 #include "ui/bars/cdockbar.h"
 #include "ui/bars/cdockcontext.h"
 
@@ -271,6 +272,12 @@ LRESULT CControlBar::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
             return result;
     }
     switch (message) {
+    case WM_IDLEUPDATECMDUI:
+        if (IsWindowVisible()) {
+            if (CFrameWnd* frame = GetDockingFrame())
+                OnUpdateCmdUI(frame, static_cast<BOOL>(wParam));
+        }
+        return 0;
     case WM_COMMAND:
     case WM_NOTIFY:
     case WM_DRAWITEM:

@@ -1,5 +1,6 @@
 #include "ui/bars/ctoolbar.h"
 
+#include "ui/bars/ccmdui.h"
 #include "ui/controls/toolbarcontrol_p.h"
 #include "ui/images/cbitmap.h"
 
@@ -309,4 +310,35 @@ CSize CToolBar::CalcDynamicLayout(int length, DWORD mode)
     return size;
 }
 
-void CToolBar::OnUpdateCmdUI(CFrameWnd*, BOOL) {}
+namespace {
+
+// A tool bar button's command state.
+class CToolCmdUI : public CCmdUI {
+public:
+    void Enable(BOOL on) override
+    {
+        m_bEnableChanged = TRUE;
+        m_pOther->SendMessage(TB_ENABLEBUTTON, m_nID, on ? TRUE : FALSE);
+    }
+    void SetCheck(int check) override
+    {
+        m_pOther->SendMessage(TB_CHECKBUTTON, m_nID, check == 1);
+        m_pOther->SendMessage(TB_INDETERMINATE, m_nID, check == 2);
+    }
+};
+
+} // namespace
+
+void CToolBar::OnUpdateCmdUI(CFrameWnd* target, BOOL disableIfNoHandler)
+{
+    CToolCmdUI ui;
+    ui.m_pOther = this;
+    for (int i = 0; i < m_control->Count(); ++i) {
+        const TBBUTTON& b = m_control->Button(i);
+        if (b.fsStyle & TBSTYLE_SEP)
+            continue;
+        ui.m_nIndex = static_cast<UINT>(i);
+        ui.m_nID = static_cast<UINT>(b.idCommand);
+        ui.DoUpdate(target, disableIfNoHandler);
+    }
+}
