@@ -3,6 +3,7 @@
 #include "base/libraryframe.h"
 #include "platform/framework/util_p.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdint>
@@ -65,19 +66,18 @@ char Fold(char c)
     return value > INT32_MAX ? INT32_MAX : static_cast<std::int32_t>(value);
 }
 
-std::int32_t Negate(std::int32_t v)
+// |v|: the magnitude of INT32_MIN (2^31) needs more than 32 bits.
+std::int64_t Magnitude(std::int32_t v)
 {
-    return static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(v));
+    return v < 0 ? -std::int64_t{v} : v;
 }
 
-std::int32_t Abs(std::int32_t v)
+// A difference of magnitudes as a 32-bit result with its sign kept. Only
+// 2^31 itself does not fit; wrapped, it would turn its sign and the order
+// with it.
+std::int32_t Difference(std::int64_t d)
 {
-    return v < 0 ? Negate(v) : v;
-}
-
-std::int32_t Subtract(std::int32_t a, std::int32_t b)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(d, INT32_MIN, INT32_MAX));
 }
 
 // The length of "%d" of `v`.
@@ -143,20 +143,21 @@ template <class HasDigits>
         return true;
     if (!IsDigit(a[ia]) && !IsDigit(b[ib]) && !hasDigits())
         return true;
-    const std::int32_t na = Abs(Atoi(a + ia));
-    const std::int32_t nb = Abs(Atoi(b + ib));
+    const std::int64_t na = Magnitude(Atoi(a + ia));
+    const std::int64_t nb = Magnitude(Atoi(b + ib));
     if (na != nb) {
         if (na == 0)
-            result = IsDigit(a[ia]) ? Negate(nb) : (Signed(a[ia]) < 'A' ? -1 : 1);
+            result = IsDigit(a[ia]) ? Difference(-nb) : (Signed(a[ia]) < 'A' ? -1 : 1);
         else if (nb == 0)
-            result = IsDigit(b[ib]) ? na : (Signed(b[ib]) < 'A' ? 1 : -1);
+            result = IsDigit(b[ib]) ? Difference(na) : (Signed(b[ib]) < 'A' ? 1 : -1);
         else
-            result = Subtract(na, nb);
+            result = Difference(na - nb);
         return true;
     }
     // Equal values: the printed length of the value decides how much is
-    // compared as text, which puts leading zeros first.
-    advance = PrintedLength(na);
+    // compared as text, which puts leading zeros first. The original printed
+    // the 32-bit value, so 2^31 prints as INT32_MIN does.
+    advance = PrintedLength(na > INT32_MAX ? INT32_MIN : static_cast<std::int32_t>(na));
     return p - ia < advance;
 }
 

@@ -31,6 +31,21 @@ CString Joined(const char* drive, const char* dir, const char* title, const char
     return CString(path);
 }
 
+// A page's path that _makepath would cut names another file: plan.0012a cut
+// to plan.001 is page 1 in the old style. Such a path is not made.
+CString JoinedPage(const char* drive, const char* dir, const char* title, VXPAGENUM page)
+{
+    const CString ext = KVxFile::FormatPageString(page, 1, 0, 1);
+    std::size_t length = (drive && drive[0] ? 2 : 0) + std::strlen(title) + 1 + static_cast<std::size_t>(ext.GetLength());
+    if (dir && dir[0]) {
+        const std::size_t d = std::strlen(dir);
+        length += d + (dir[d - 1] == '\\' || dir[d - 1] == '/' ? 0 : 1);
+    }
+    if (length > _MAX_PATH - 1)
+        return CString();
+    return Joined(drive, dir, title, ext);
+}
+
 } // namespace
 
 KVxFile::KVxFile(const char* path) : KVxPath(path)
@@ -179,14 +194,16 @@ VXPAGENUM KVxFile::GetPageNumFromString(const char* text)
     return VXPAGENUM::GetPageNumber(text);
 }
 
+// A page number read from a file or a message may hold any 32-bit value, so
+// the step is taken in 64 bits.
 VXPAGENUM KVxFile::CreateNextPageNr(VXPAGENUM page, int)
 {
-    return VXPAGENUM(VXPAGE(std::min<int>(page.GetPage() + 1, PAGE_TEXT_MAX)), 0);
+    return VXPAGENUM(VXPAGE(std::min<long long>(page.GetPage() + 1LL, PAGE_TEXT_MAX)), 0);
 }
 
 VXPAGENUM KVxFile::CreatePreviousPageNr(VXPAGENUM page, int)
 {
-    return VXPAGENUM(VXPAGE(std::max<int>(page.GetPage() - 1, 0)), 0);
+    return VXPAGENUM(VXPAGE(std::max<long long>(page.GetPage() - 1LL, 0)), 0);
 }
 
 VXPAGENUM KVxFile::FindNextPage() const
@@ -229,14 +246,14 @@ CString KVxFile::MergeFilePath(VXPAGENUM page) const
         VexalAssert(const_cast<char*>("StdVxDatei"), 560);
         return CString();
     }
-    return Joined(m_drive, m_dir, m_fname, FormatPageString(page, 1, 0, 1));
+    return JoinedPage(m_drive, m_dir, m_fname, page);
 }
 
 CString KVxFile::MergeFileName(VXPAGENUM page) const
 {
     if (!m_fname[0])
         return CString();
-    return Joined(nullptr, nullptr, m_fname, FormatPageString(page, 1, 0, 1));
+    return JoinedPage(nullptr, nullptr, m_fname, page);
 }
 
 CString KVxFile::CreateNewFilePath(short delta) const

@@ -81,9 +81,12 @@ public:
     // none. Directories named like pages do not count.
     VXPAGENUM FindNextPage() const;
     // Drive, directory, title and the new-style text of `page`. An empty
-    // title raises VexalAssert (StdVxDatei, line 560) and gives "".
+    // title raises VexalAssert (StdVxDatei, line 560) and gives "". A path
+    // longer than 259 characters gives "" too: cut to fit, as _makepath
+    // cuts, it would name another page's file.
     CString MergeFilePath(VXPAGENUM page) const;
-    // Title and the new-style text of `page`; "" for an empty title.
+    // Title and the new-style text of `page`; "" for an empty title or one
+    // too long to take the page.
     CString MergeFileName(VXPAGENUM page) const;
     // The path of the page `delta` pages away, with this sub-page; "" if this
     // page is invalid or the result would leave 0 to 9999.

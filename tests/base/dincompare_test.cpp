@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -46,9 +48,16 @@ std::int32_t Atoi(const CString& s)
     return vx::Atoi(s.GetString());
 }
 
-std::int32_t Abs(std::int32_t v)
+// |v|, and a difference of magnitudes kept to 32 bits with its sign: the
+// magnitude of INT32_MIN, 2^31, must not wrap into a negative result.
+std::int64_t Abs(std::int32_t v)
 {
-    return v < 0 ? static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(v)) : v;
+    return v < 0 ? -std::int64_t{v} : v;
+}
+
+std::int32_t Clamp(std::int64_t d)
+{
+    return static_cast<std::int32_t>(std::max<std::int64_t>(INT32_MIN, std::min<std::int64_t>(INT32_MAX, d)));
 }
 
 bool HoldsDigit(const CString& s)
@@ -106,23 +115,24 @@ int Din(const CString& a, int ia, const CString& b, int ib, bool cs)
         return 0;
     if (!HoldsDigit(sa) && !HoldsDigit(sb))
         return r;
-    const std::int32_t na = Abs(Atoi(sa));
-    const std::int32_t nb = Abs(Atoi(sb));
+    const std::int64_t na = Abs(Atoi(sa));
+    const std::int64_t nb = Abs(Atoi(sb));
     if (na != nb) {
         if (na == 0) {
             if (Digit(sa[0]))
-                return static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(nb));
+                return Clamp(-nb);
             return static_cast<signed char>(sa[0]) < 'A' ? -1 : 1;
         }
         if (nb == 0) {
             if (Digit(sb[0]))
-                return na;
+                return Clamp(na);
             return static_cast<signed char>(sb[0]) < 'A' ? 1 : -1;
         }
-        return static_cast<std::int32_t>(static_cast<std::uint32_t>(na) - static_cast<std::uint32_t>(nb));
+        return Clamp(na - nb);
     }
+    // The 32-bit value printed: 2^31 as "-2147483648".
     char printed[16];
-    std::snprintf(printed, sizeof printed, "%d", na);
+    std::snprintf(printed, sizeof printed, "%d", static_cast<std::int32_t>(static_cast<std::uint32_t>(na)));
     const int n = static_cast<int>(std::strlen(printed));
     const int rn = EqualCase(sa.Left(n), sb.Left(n), cs);
     if (rn != 0)
@@ -315,6 +325,23 @@ TEST(CompareDINText, MatchesTheReferenceOnEdgeCases)
     for (const std::string& a : texts) {
         for (const std::string& b : texts)
             ExpectSameAsReference(a, b);
+    }
+}
+
+TEST(CompareDINText, TheLargestMagnitudeKeepsItsSign)
+{
+    // A number below INT32_MIN reads as INT32_MIN, whose magnitude 2^31 once
+    // wrapped to a negative difference: both orders of a pair sorted first.
+    const std::pair<const char*, const char*> larger[] = {
+        {"-99999999999", "0"}, {"-2147483648", "00"}, {"K-2147483648", "K0"}, {"-2147483648", "5"},
+        {"-1122222222207", "00\tX22K"},
+    };
+    for (const auto& [big, small] : larger) {
+        SCOPED_TRACE(std::string(big) + " against " + small);
+        EXPECT_GT(Din(big, small), 0);
+        EXPECT_LT(Din(small, big), 0);
+        EXPECT_GT(DinCS(big, small), 0);
+        EXPECT_LT(DinCS(small, big), 0);
     }
 }
 

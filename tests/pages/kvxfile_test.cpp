@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include <string>
 
 namespace {
@@ -150,12 +152,36 @@ TEST(KVxFile, FormatsAndReadsPageTexts)
     EXPECT_EQ(KVxFile("C:\\P\\plan.012").GetPageNumber(), Page("12"));
 }
 
+TEST(KVxFile, APagePathTooLongToHoldItsPageIsNotMade)
+{
+    // 259 characters in all fit; one more would be cut, and the cut path
+    // ("...plan.001") would name page 1 of the old style.
+    const std::string dir = "C:\\" + std::string(240, 'd') + "\\";
+    const std::string title(259 - dir.size() - 6, 'p');
+    KVxFile fits((dir + title + ".0001").c_str());
+    const CString path = fits.MergeFilePath(Page("12a"));
+    EXPECT_EQ(path.GetLength(), 259);
+    EXPECT_EQ(KVxFile(path).GetPageNumber(), Page("12a"));
+
+    KVxFile longer((dir + title + "x.0001").c_str());
+    EXPECT_EQ(longer.MergeFilePath(Page("12a")), "");
+    EXPECT_EQ(longer.MergeFilePath(Page("12")).GetLength(), 259);
+    EXPECT_EQ(KVxFile(std::string(254, 'q').c_str()).MergeFileName(Page("12ab")), "");
+    EXPECT_EQ(KVxFile(std::string(252, 'q').c_str()).MergeFileName(Page("12ab")).GetLength(), 259);
+}
+
 TEST(KVxFile, StepsPagesWithinTheirRange)
 {
     EXPECT_EQ(KVxFile::CreateNextPageNr(Page("12b"), 0), Page("13"));
     EXPECT_EQ(KVxFile::CreateNextPageNr(Page("9999"), 0), Page("9999"));
     EXPECT_EQ(KVxFile::CreatePreviousPageNr(Page("12b"), 0), Page("11"));
     EXPECT_EQ(KVxFile::CreatePreviousPageNr(Page("0"), 0), Page("0"));
+    // A page read from a file may hold any 32-bit value; the step at the
+    // ends of that range must not overflow.
+    EXPECT_EQ(KVxFile::CreateNextPageNr(VXPAGENUM(VXPAGE(INT32_MAX), 0), 0), Page("9999"));
+    EXPECT_EQ(KVxFile::CreatePreviousPageNr(VXPAGENUM(VXPAGE(INT32_MIN), 0), 0), Page("0"));
+    EXPECT_EQ(KVxFile::CreateNextPageNr(VXPAGENUM(VXPAGE(INT32_MIN), 0), 0).GetPage(), INT32_MIN + 1);
+    EXPECT_EQ(KVxFile::CreatePreviousPageNr(VXPAGENUM(VXPAGE(INT32_MAX), 0), 0).GetPage(), INT32_MAX - 1);
 
     KVxFile f("C:\\P\\plan.0012b");
     EXPECT_EQ(f.CreateNewFilePath(3), "C:\\P\\plan.0015b");

@@ -38,6 +38,15 @@ void ThrowSqlite(sqlite3* db, int rc, const std::string& what)
     const int extended = db ? sqlite3_extended_errcode(db) : rc;
     switch (rc & 0xFF) {
     case SQLITE_NOMEM:
+        // SQLite says "out of memory" also when a damaged file asks it for
+        // more than it ever allocates (a record gigabytes long). While memory
+        // is to be had, the file is at fault.
+        if (void* probe = sqlite3_malloc(1 << 20)) {
+            sqlite3_free(probe);
+            ThrowDao(kDaoCorrupt, "Cannot open database '" + what +
+                                      "'. It may not be a database that your application recognizes, or the file "
+                                      "may be corrupt.");
+        }
         throw CMemoryException();
     case SQLITE_NOTADB:
         ThrowDao(kDaoUnrecognizedFormat, "Unrecognized database format '" + what + "'.");

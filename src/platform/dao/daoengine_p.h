@@ -33,7 +33,7 @@ void FinishStream(DaoRecordsetPrivate& set);
 // Raises CDaoException `code` with `description`.
 [[noreturn]] void ThrowDao(long code, const std::string& description);
 // Raises the DAO error that fits SQLite's result `rc` (CMemoryException for
-// SQLITE_NOMEM). `what` names the object or statement for the text.
+// SQLITE_NOMEM while memory is short; a damaged file is 3049). `what` names the object or statement for the text.
 [[noreturn]] void ThrowSqlite(sqlite3* db, int rc, const std::string& what);
 
 // A field of a table as the engine reports it.

@@ -16,6 +16,7 @@
 
 #include <shapefil.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <dirent.h>
 #include <map>
@@ -42,6 +43,18 @@ std::string StemOf(const std::string& file)
 bool EndsWithDbf(const std::string& name)
 {
     return name.size() > 4 && AsciiEndsWithNoCase(name, ".dbf");
+}
+
+// The records that lie in the file. A damaged header may claim more than
+// the file holds: shapelib would complain of each missing one and take
+// hours over a count in the millions.
+int RecordsInFile(DBFHandle dbf, const std::string& file)
+{
+    struct stat st {};
+    if (stat(file.c_str(), &st) != 0 || dbf->nRecordLength <= 0 || st.st_size < dbf->nHeaderLength)
+        return 0;
+    const long long fit = (static_cast<long long>(st.st_size) - dbf->nHeaderLength) / dbf->nRecordLength;
+    return static_cast<int>(std::clamp<long long>(DBFGetRecordCount(dbf), 0, fit));
 }
 
 // The OLE date of "YYYYMMDD", or false.
@@ -143,7 +156,7 @@ private:
             for (int i = 0; i < count; ++i)
                 insert += i ? ", ?" : "?";
             Statement s(db.conn, insert + ")");
-            const int records = DBFGetRecordCount(dbf);
+            const int records = RecordsInFile(dbf, file);
             for (int r = 0; r < records; ++r) {
                 if (DBFIsRecordDeleted(dbf, r))
                     continue;

@@ -1,20 +1,21 @@
 // The "Excel 5.0" connect: a workbook whose worksheets are the tables.
 //
-// An existing workbook (.xls, BIFF 5 to 8) is read through freexl and is
-// read-only: freexl can't write, and writing it in another format under its
-// name would change what the user's programs see. Its first row names the
-// fields (empty: F1, F2...); a column of numbers is a double, one of dates
-// a date, any other text of 255 characters or a memo if longer.
+// An existing workbook (.xls, BIFF 5 to 8) is read through freexl, in a
+// child process (excelread_p.h), and is read-only: freexl can't write, and
+// writing it in another format under its name would change what the user's
+// programs see. Its first row names the fields (empty: F1, F2...); a column
+// of numbers is a double, one of dates a date, any other text of 255
+// characters or a memo if longer.
 // A workbook that does not exist yet is made: its tables are written at
 // closing through libxlsxwriter, one worksheet each with the field names
 // in the first row (Office Open XML, which Excel opens under any name).
 // A sheet is found with or without the "$" that DAO puts after its name.
 #include "platform/dao/daoengine_p.h"
+#include "platform/dao/excelread_p.h"
 
 #include "platform/framework/codepage.h"
 #include "platform/framework/coledatetime.h"
 
-#include <freexl.h>
 #include <xlsxwriter.h>
 
 #include <cstdio>
@@ -50,21 +51,11 @@ public:
             return;
         }
         m_writable = false;
-        const void* book = nullptr;
-        if (freexl_open(path.c_str(), &book) != FREEXL_OK) {
-            freexl_close(book);
+        std::vector<detail::WorkbookSheet> sheets;
+        if (!detail::ReadWorkbook(path, sheets))
             ThrowDao(3274, "External table is not in the expected format.");
-        }
-        try {
-            unsigned int sheets = 0;
-            freexl_get_info(book, FREEXL_BIFF_SHEET_COUNT, &sheets);
-            for (unsigned short i = 0; i < sheets; ++i)
-                LoadSheet(db, book, i);
-        } catch (...) {
-            freexl_close(book);
-            throw;
-        }
-        freexl_close(book);
+        for (const detail::WorkbookSheet& sheet : sheets)
+            LoadSheet(db, sheet);
     }
 
     void Save(DaoDatabasePrivate& db, const std::string& path) override
@@ -151,69 +142,52 @@ public:
     }
 
 private:
-    void LoadSheet(DaoDatabasePrivate& db, const void* book, unsigned short index)
+    void LoadSheet(DaoDatabasePrivate& db, const detail::WorkbookSheet& sheet)
     {
-        const char* utf8 = nullptr;
-        if (freexl_get_worksheet_name(book, index, &utf8) != FREEXL_OK ||
-            freexl_select_active_worksheet(book, index) != FREEXL_OK)
-            ThrowDao(3274, "External table is not in the expected format.");
-        const std::string table = FromUtf8(utf8 ? utf8 : "");
-        unsigned int rows = 0;
-        unsigned short cols = 0;
-        freexl_worksheet_dimensions(book, &rows, &cols);
+        const std::string table = FromUtf8(sheet.name);
+        const unsigned short cols = sheet.cols;
         if (cols == 0)
             return; // an empty sheet is no table
-        std::vector<std::vector<DaoValue>> cells(rows);
+        // The cells that hold something, by row: a sheet's dimensions come
+        // from the file and may be far larger than what it holds.
+        std::vector<DaoValue> values(sheet.cells.size());
         std::vector<int> kinds(cols, 0); // 1 numbers, 2 dates, 3 text; 0 nothing yet
         std::vector<std::size_t> longest(cols, 0);
-        for (unsigned int r = 0; r < rows; ++r) {
-            cells[r].resize(cols);
-            for (unsigned short c = 0; c < cols; ++c) {
-                FreeXL_CellValue cell{};
-                if (freexl_get_cell_value(book, r, c, &cell) != FREEXL_OK)
-                    continue;
-                DaoValue& v = cells[r][c];
-                int kind = 0;
-                switch (cell.type) {
-                case FREEXL_CELL_INT:
-                    v.kind = DaoValue::Real;
-                    v.d = cell.value.int_value;
-                    kind = 1;
-                    break;
-                case FREEXL_CELL_DOUBLE:
-                    v.kind = DaoValue::Real;
-                    v.d = cell.value.double_value;
-                    kind = 1;
-                    break;
-                case FREEXL_CELL_DATE:
-                case FREEXL_CELL_DATETIME:
-                case FREEXL_CELL_TIME:
-                    v.kind = DaoValue::Real;
-                    v.d = CellDate(cell.value.text_value);
-                    v.s = FromUtf8(cell.value.text_value);
-                    kind = 2;
-                    break;
-                case FREEXL_CELL_TEXT:
-                case FREEXL_CELL_SST_TEXT:
-                    v.kind = DaoValue::Text;
-                    v.s = FromUtf8(cell.value.text_value ? cell.value.text_value : "");
-                    kind = 3;
-                    break;
-                default:
-                    break;
-                }
-                if (r == 0 || kind == 0)
-                    continue;
-                longest[c] = std::max(longest[c], v.kind == DaoValue::Text ? v.s.size() : 24);
-                kinds[c] = kinds[c] == 0 || kinds[c] == kind ? kind : 3;
+        std::vector<const DaoValue*> header(cols, nullptr);
+        for (std::size_t i = 0; i < sheet.cells.size(); ++i) {
+            const detail::WorkbookCell& cell = sheet.cells[i];
+            DaoValue& v = values[i];
+            int kind = 0;
+            switch (cell.type) {
+            case detail::WorkbookCell::Number:
+                v.kind = DaoValue::Real;
+                v.d = cell.number;
+                kind = 1;
+                break;
+            case detail::WorkbookCell::Date:
+                v.kind = DaoValue::Real;
+                v.d = CellDate(cell.text.c_str());
+                v.s = FromUtf8(cell.text);
+                kind = 2;
+                break;
+            case detail::WorkbookCell::Text:
+                v.kind = DaoValue::Text;
+                v.s = FromUtf8(cell.text);
+                kind = 3;
+                break;
             }
+            if (cell.row == 0) {
+                header[cell.col] = &v;
+                continue;
+            }
+            longest[cell.col] = std::max(longest[cell.col], v.kind == DaoValue::Text ? v.s.size() : 24);
+            kinds[cell.col] = kinds[cell.col] == 0 || kinds[cell.col] == kind ? kind : 3;
         }
         std::vector<std::string> names;
         std::string create = "CREATE TABLE " + QuoteName(table) + " (";
         for (unsigned short c = 0; c < cols; ++c) {
-            std::string name = rows > 0 && cells[0][c].kind != DaoValue::Null
-                                   ? (cells[0][c].kind == DaoValue::Text ? cells[0][c].s : std::to_string(c + 1))
-                                   : "F" + std::to_string(c + 1);
+            std::string name = header[c] ? (header[c]->kind == DaoValue::Text ? header[c]->s : std::to_string(c + 1))
+                                         : "F" + std::to_string(c + 1);
             for (const auto& n : names)
                 if (EqualNoCase(n, name))
                     name = "F" + std::to_string(c + 1);
@@ -229,27 +203,34 @@ private:
         for (unsigned short c = 0; c < cols; ++c)
             insert += c ? ", ?" : "?";
         Statement s(db.conn, insert + ")");
-        for (unsigned int r = 1; r < rows; ++r) {
-            sqlite3_reset(s.get());
-            bool empty = true;
-            for (unsigned short c = 0; c < cols; ++c) {
-                // Bound without a copy: the cell lives until the row is stored.
-                DaoValue& v = cells[r][c];
-                if (v.kind != DaoValue::Null)
-                    empty = false;
-                if (kinds[c] == 3 && v.kind == DaoValue::Real) {
-                    // A number or date in a text column: its text.
-                    if (v.s.empty()) {
-                        char text[32];
-                        std::snprintf(text, sizeof text, "%.15g", v.d);
-                        v.s = text;
+        // One record per row below the first that holds something; the
+        // columns it leaves out are null.
+        for (std::size_t i = 0; i < sheet.cells.size();) {
+            const std::uint32_t row = sheet.cells[i].row;
+            std::size_t end = i;
+            while (end < sheet.cells.size() && sheet.cells[end].row == row)
+                ++end;
+            if (row > 0) {
+                sqlite3_reset(s.get());
+                sqlite3_clear_bindings(s.get());
+                for (std::size_t k = i; k < end; ++k) {
+                    const unsigned short c = sheet.cells[k].col;
+                    // Bound without a copy: the value lives until the row is stored.
+                    DaoValue& v = values[k];
+                    if (kinds[c] == 3 && v.kind == DaoValue::Real) {
+                        // A number or date in a text column: its text.
+                        if (v.s.empty()) {
+                            char text[32];
+                            std::snprintf(text, sizeof text, "%.15g", v.d);
+                            v.s = text;
+                        }
+                        v.kind = DaoValue::Text;
                     }
-                    v.kind = DaoValue::Text;
+                    BindValue(s.get(), c + 1, v);
                 }
-                BindValue(s.get(), c + 1, v);
-            }
-            if (!empty)
                 s.Step();
+            }
+            i = end;
         }
     }
 

@@ -49,6 +49,13 @@ short GetAsyncKeyState(int virtualKey)
     return GetKeyState(virtualKey);
 }
 
+DWORD GetMessagePos()
+{
+    POINT p{};
+    GetCursorPos(&p);
+    return static_cast<DWORD>(MAKELONG(static_cast<WORD>(p.x), static_cast<WORD>(p.y)));
+}
+
 BOOL GetCursorPos(POINT* point)
 {
     if (!point)

@@ -378,6 +378,9 @@ VXBASE_EXPORT short GetAsyncKeyState(int virtualKey);
 // The cursor position in screen coordinates, as the last mouse message left it.
 VXBASE_EXPORT BOOL GetCursorPos(POINT* point);
 VXBASE_EXPORT BOOL SetCursorPos(int x, int y);
+// Where the cursor was at the last message: x in the low word, y in the
+// high word. Keys do not move it, so a selection made by keyboard finds it unchanged.
+VXBASE_EXPORT DWORD GetMessagePos();
 // Confines the cursor to a screen rectangle (null frees it); SetCursorPos
 // stays within it. The desktop's own pointer is not confined here: the
 // rectangle is kept for the programs that save and restore it.

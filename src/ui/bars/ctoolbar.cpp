@@ -1,39 +1,13 @@
 #include "ui/bars/ctoolbar.h"
 
+#include "menus/cnewmenuicons.h"
 #include "ui/bars/ccmdui.h"
 #include "ui/controls/toolbarcontrol_p.h"
 #include "ui/images/cbitmap.h"
 
 #include <algorithm>
-#include <map>
 #include <vector>
 
-namespace vx {
-namespace {
-
-struct ToolBarResource {
-    int width;
-    int height;
-    std::vector<UINT> commands;
-};
-
-std::map<UINT, ToolBarResource>& ToolBarResources()
-{
-    static auto* table = new std::map<UINT, ToolBarResource>;
-    return *table;
-}
-
-} // namespace
-
-void RegisterToolBarResource(UINT id, int width, int height, const UINT* commands, int count)
-{
-    ToolBarResource r{width, height, {}};
-    if (commands)
-        r.commands.assign(commands, commands + std::max(count, 0));
-    ToolBarResources()[id] = r;
-}
-
-} // namespace vx
 
 CToolBar::CToolBar() : m_control(std::make_unique<vx::ToolBarControl>(*this))
 {
@@ -100,13 +74,15 @@ BOOL CToolBar::IsDragPoint(CPoint point)
 
 BOOL CToolBar::LoadToolBar(UINT id)
 {
-    const auto& table = vx::ToolBarResources();
-    const auto it = table.find(id);
-    if (it == table.end())
+    // version, width, height, count, then the commands (0 a separator)
+    const std::vector<WORD> words = vx::ToolBarResource(MAKEINTRESOURCE(id));
+    if (words.size() < 4)
         return FALSE;
-    const auto& r = it->second;
-    SetSizes(CSize(r.width + 7, r.height + 7), CSize(r.width, r.height));
-    if (!SetButtons(r.commands.data(), static_cast<int>(r.commands.size())))
+    std::vector<UINT> commands;
+    for (std::size_t i = 4; i < words.size() && i < 4u + words[3]; ++i)
+        commands.push_back(words[i]);
+    SetSizes(CSize(words[1] + 7, words[2] + 7), CSize(words[1], words[2]));
+    if (!SetButtons(commands.data(), static_cast<int>(commands.size())))
         return FALSE;
     return LoadBitmap(id);
 }

@@ -18,10 +18,7 @@
 
 namespace vx {
 class ToolBarControl;
-// A tool bar resource: the images come from the bitmap of the same id, one
-// `width` by `height` image per command that is not 0 (ID_SEPARATOR).
-VXBASE_UI_EXPORT void RegisterToolBarResource(UINT id, int width, int height, const UINT* commands, int count);
-} // namespace vx
+}
 
 constexpr UINT ID_SEPARATOR = 0;
 
@@ -36,7 +33,8 @@ public:
     BOOL CreateEx(CWnd* parent, DWORD ctrlStyle = TBSTYLE_FLAT,
                   DWORD style = WS_CHILD | WS_VISIBLE | CBRS_ALIGN_TOP, CRect borders = CRect(0, 0, 0, 0),
                   UINT id = AFX_IDW_TOOLBAR);
-    // Buttons and images of a tool bar resource; FALSE when there is none.
+    // Buttons and images of a tool bar resource (vx::SetToolBarResource,
+    // with the bitmap of the same number); FALSE when there is none.
     virtual BOOL LoadToolBar(UINT id);
     virtual BOOL LoadToolBar(LPCSTR name);
     // The images: a bitmap strip of the button image size.

@@ -43,7 +43,9 @@ Found Find(HMENU h, UINT which, bool byPosition, int depth)
 MenuItem ItemFromFlags(UINT flags, UINT_PTR idNewItem, LPCSTR newItem)
 {
     MenuItem it;
-    it.type = flags & (MF_BITMAP | MF_OWNERDRAW | MF_SEPARATOR | MF_MENUBARBREAK | MF_MENUBREAK | MF_RIGHTJUSTIFY);
+    // MF_USECHECKBITMAPS has the value of MFT_RADIOCHECK, as on the original.
+    it.type = flags & (MF_BITMAP | MF_OWNERDRAW | MF_SEPARATOR | MF_MENUBARBREAK | MF_MENUBREAK | MF_RIGHTJUSTIFY |
+                       MFT_RADIOCHECK);
     it.state = flags & (MF_GRAYED | MF_DISABLED | MF_CHECKED | MF_HILITE | MF_DEFAULT);
     if (it.state & (MF_GRAYED | MF_DISABLED))
         it.state |= MFS_GRAYED;

@@ -648,6 +648,14 @@ BOOL TrackPopupMenu(HMENU menu, UINT flags, int x, int y, int, HWND owner, const
     return TrackPopupMenuEx(menu, flags, x, y, owner, nullptr);
 }
 
+HMENU vx::TrackedMenu(HWND* owner)
+{
+    MenuTracker* tracker = MenuTracker::Current();
+    if (owner)
+        *owner = tracker ? tracker->Owner() : nullptr;
+    return tracker ? tracker->TopMenu() : nullptr;
+}
+
 BOOL EndMenu()
 {
     if (MenuTracker* current = MenuTracker::Current())

@@ -26,6 +26,7 @@ public:
     void Cancel();
 
     HWND Owner() const { return m_owner; }
+    HMENU TopMenu() const { return m_menu; }
     UINT Flags() const { return m_flags; }
     // Whether underlines of mnemonics show (ODS_NOACCEL otherwise).
     bool ShowCues() const { return m_cues; }

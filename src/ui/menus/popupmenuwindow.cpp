@@ -126,70 +126,88 @@ CSize LayoutMenu(HMENU handle, HWND owner)
     GetTextMetricsA(dc, &systemTm);
     SelectObject(dc, system);
 
+    // First every item's size (the owner measures the owner-drawn ones,
+    // once each), then the columns.
+    struct Size {
+        int w = 0;
+        int h = 0;
+        int before = 0; // a text's width before its tab
+        int after = 0;  // and after it
+    };
+    const std::size_t n = menu->items.size();
+    std::vector<Size> sizes(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        MenuItem& it = menu->items[i];
+        Size& z = sizes[i];
+        if (it.IsOwnerDrawn()) {
+            MEASUREITEMSTRUCT mis{};
+            mis.CtlType = ODT_MENU;
+            mis.itemID = it.sub ? static_cast<UINT>(reinterpret_cast<std::uintptr_t>(it.sub)) : it.id;
+            mis.itemHeight = static_cast<UINT>(systemTm.tmHeight);
+            mis.itemData = it.data;
+            if (owner)
+                SendMessageA(owner, WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&mis));
+            menu = MenuOf(handle);
+            if (!menu || menu->items.size() != n) { // the owner changed the menu meanwhile
+                SelectObject(dc, oldFont);
+                ReleaseDC(nullptr, dc);
+                return CSize(0, 0);
+            }
+            // As on the original, the menu adds two average characters.
+            z.w = static_cast<int>(mis.itemWidth) + 2 * tm.tmAveCharWidth;
+            z.h = static_cast<int>(mis.itemHeight);
+        } else if (it.IsSeparator()) {
+            z.h = separatorHeight;
+        } else if (it.type & MFT_BITMAP) {
+            const CSize b = BitmapSize(it.bitmap);
+            z.w = leftColumn + b.cx + rightColumn;
+            z.h = std::max<int>(b.cy, textHeight);
+        } else {
+            if (it.state & MFS_DEFAULT)
+                SelectObject(dc, MenuFont(true));
+            const CSize before = TextSize(dc, TextBeforeTab(it.text));
+            const CSize after = TextSize(dc, TextAfterTab(it.text));
+            SelectObject(dc, MenuFont(false));
+            z.before = before.cx;
+            z.after = after.cx;
+            z.h = std::max<int>(textHeight, before.cy + 4);
+        }
+    }
+    // A column ends at a break, or where the next item would leave the
+    // work area; a menu longer than the screen goes on in the next column.
+    RECT work{};
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    const int limit = std::max<int>(work.bottom - work.top - 2 * kMenuFrame - 2, textHeight);
     int x = 0;
     int height = 0;
     std::size_t start = 0;
-    const std::size_t n = menu->items.size();
     while (start < n) {
-        // One column: up to the next break.
         std::size_t end = start + 1;
-        while (end < n && !(menu->items[end].type & (MF_MENUBREAK | MF_MENUBARBREAK)))
+        int y = sizes[start].h;
+        while (end < n && !(menu->items[end].type & (MF_MENUBREAK | MF_MENUBARBREAK)) &&
+               y + sizes[end].h <= limit) {
+            y += sizes[end].h;
             ++end;
+        }
         if (start > 0 && (menu->items[start].type & MF_MENUBARBREAK))
             x += 2; // room for the line between the columns
         int width = 0;
         int textWidth = 0;
         int accelWidth = 0;
-        int y = 0;
-        std::vector<int> widths(end - start);
         for (std::size_t i = start; i < end; ++i) {
-            MenuItem& it = menu->items[i];
-            int w = 0;
-            int h = 0;
-            if (it.IsOwnerDrawn()) {
-                MEASUREITEMSTRUCT mis{};
-                mis.CtlType = ODT_MENU;
-                mis.itemID = it.sub ? static_cast<UINT>(reinterpret_cast<std::uintptr_t>(it.sub)) : it.id;
-                mis.itemHeight = static_cast<UINT>(systemTm.tmHeight);
-                mis.itemData = it.data;
-                if (owner)
-                    SendMessageA(owner, WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&mis));
-                if (!IsMenu(handle)) { // the owner destroyed it meanwhile
-                    SelectObject(dc, oldFont);
-                    ReleaseDC(nullptr, dc);
-                    return CSize(0, 0);
-                }
-                // As on the original, the menu adds two average characters.
-                w = static_cast<int>(mis.itemWidth) + 2 * tm.tmAveCharWidth;
-                h = static_cast<int>(mis.itemHeight);
-            } else if (it.IsSeparator()) {
-                h = separatorHeight;
-            } else if (it.type & MFT_BITMAP) {
-                const CSize b = BitmapSize(it.bitmap);
-                w = leftColumn + b.cx + rightColumn;
-                h = std::max<int>(b.cy, textHeight);
-            } else {
-                if (it.state & MFS_DEFAULT)
-                    SelectObject(dc, MenuFont(true));
-                const CSize before = TextSize(dc, TextBeforeTab(it.text));
-                const CSize after = TextSize(dc, TextAfterTab(it.text));
-                SelectObject(dc, MenuFont(false));
-                textWidth = std::max<int>(textWidth, before.cx);
-                accelWidth = std::max<int>(accelWidth, after.cx);
-                h = std::max<int>(textHeight, before.cy + 4);
-            }
-            widths[i - start] = w;
-            it.rect = RECT{x, y, x, y + h};
-            y += h;
+            textWidth = std::max(textWidth, sizes[i].before);
+            accelWidth = std::max(accelWidth, sizes[i].after);
         }
         if (textWidth || accelWidth)
             width = leftColumn + textWidth + (accelWidth ? tabGap + accelWidth : 0) + rightColumn;
-        for (int w : widths)
-            width = std::max(width, w);
+        for (std::size_t i = start; i < end; ++i)
+            width = std::max(width, sizes[i].w);
+        y = 0;
         for (std::size_t i = start; i < end; ++i) {
             MenuItem& it = menu->items[i];
-            it.rect.right = x + width;
+            it.rect = RECT{x, y, x + width, y + sizes[i].h};
             it.accelX = x + leftColumn + textWidth + tabGap;
+            y += sizes[i].h;
         }
         x += width;
         height = std::max(height, y);
@@ -439,6 +457,15 @@ void PopupMenuWindow::DrawItem(HDC dc, int position, UINT action)
         dis.itemData = it.data;
         const int saved = SaveDC(dc);
         SendMessageA(m_tracker.Owner(), WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&dis));
+        if (it.sub) {
+            // The menu draws the arrow of a sub-menu itself, in the colour
+            // the owner left for the text.
+            const int check = GetSystemMetrics(SM_CXMENUCHECK);
+            const RECT& r = it.rect;
+            const int top = r.top + (r.bottom - r.top - check) / 2;
+            RECT arrow{r.right - check - 2, top, r.right - 2, top + check};
+            Glyph(dc, arrow, kMarlettArrow, GetTextColor(dc));
+        }
         RestoreDC(dc, saved);
         return;
     }

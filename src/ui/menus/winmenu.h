@@ -289,5 +289,8 @@ struct MenuTemplateItem {
 // Adds or replaces the template of resource `name` (MAKEINTRESOURCE(id) or
 // a text) that LoadMenuA builds menus from; no items removes it.
 VXBASE_UI_EXPORT void SetMenuTemplate(LPCSTR name, std::vector<MenuTemplateItem> items);
+// The top menu of the innermost menu being tracked and, in `owner`, the
+// window it reports to; null when no menu is open.
+VXBASE_UI_EXPORT HMENU TrackedMenu(HWND* owner);
 
 } // namespace vx

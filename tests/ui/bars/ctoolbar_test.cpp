@@ -3,6 +3,7 @@
 // the buttons' state from the frame, its pane and the main window.
 #include "uisupport/uitest.h"
 
+#include "menus/cnewmenuicons.h"
 #include "ui/bars/ccmdui.h"
 #include "ui/bars/ctoolbar.h"
 #include "ui/windows/qtinterop.h"
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace {
-
-const UINT kCommands[] = {301, 302, ID_SEPARATOR, 303, 304};
 
 // A frame that answers for some commands and hears the others.
 class Frame : public CFrameWnd {
@@ -78,14 +77,18 @@ protected:
         for (int i = 0; i < 4; ++i)
             strip.setPixel(16 * i + 8, 7, qRgb(0, 0, 255));
         vx::SetResourceImage(IMAGE_BITMAP, 7100, strip);
-        vx::RegisterToolBarResource(7100, 16, 15, kCommands, 5);
+        vx::SetToolBarResource(MAKEINTRESOURCE(7100), {1, 16, 15, 5, 301, 302, 0, 303, 304});
         ASSERT_TRUE(bar.CreateEx(&frame, TBSTYLE_FLAT, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_GRIPPER));
         ASSERT_TRUE(bar.LoadToolBar(7100));
         bar.EnableDocking(CBRS_ALIGN_ANY);
         frame.EnableDocking(CBRS_ALIGN_ANY);
         frame.DockControlBar(&bar);
     }
-    void TearDown() override { vx::SetResourceImage(IMAGE_BITMAP, 7100, QImage()); }
+    void TearDown() override
+    {
+        vx::SetResourceImage(IMAGE_BITMAP, 7100, QImage());
+        vx::SetToolBarResource(MAKEINTRESOURCE(7100), {});
+    }
     CRect Item(int i)
     {
         CRect r;
