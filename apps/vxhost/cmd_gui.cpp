@@ -223,6 +223,22 @@ BOOL CollectTopLevel(HWND hwnd, LPARAM param)
     return TRUE;
 }
 
+// Writes one window's PNG as `dir`/`name`.png.
+int SaveWindow(CWnd& window, const std::string& dir, const std::string& name)
+{
+    if (!window.m_hWnd || !window.IsWindowVisible()) {
+        std::fprintf(stderr, "vxhost: %s does not show\n", name.c_str());
+        return 1;
+    }
+    const std::string file = dir + "/" + name + ".png";
+    if (!vx::RenderWindow(window).save(QString::fromStdString(file))) {
+        std::fprintf(stderr, "vxhost: cannot write %s\n", file.c_str());
+        return 1;
+    }
+    std::printf("wrote %s\n", file.c_str());
+    return 0;
+}
+
 // Writes a PNG of each visible window of this process into `dir`.
 int Screenshots(const std::string& dir)
 {
@@ -276,6 +292,12 @@ int RunFrame(const std::string& shots)
             frame.ShowPaneTip();
             vx::ProcessUiEvents();
             rc = Screenshots(shots);
+            // Owned popups are not top-level windows of their own; one that
+            // does not show is reported, the rest are written all the same.
+            CDockBar* side = frame.FloatingBar().m_pDockBar;
+            if (CWnd* mini = side ? side->GetParent() : nullptr)
+                SaveWindow(*mini, shots, "floating-bar");
+            SaveWindow(frame.PaneTip(), shots, "two-page-tip");
         } else if (!vx::HasDisplay()) {
             // Nobody could close a window that is not seen.
             vx::ProcessUiEvents();

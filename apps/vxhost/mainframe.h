@@ -23,6 +23,7 @@ public:
     // Shows the two-page tooltip over the pane, as if the mouse rested there.
     void ShowPaneTip();
     CToolBar& FloatingBar() { return m_drawBar; }
+    CVXToolTipCtrl& PaneTip() { return m_tip; }
     CMenuBar& MenuBar() { return m_menuBar; }
 
     BOOL PreTranslateMessage(MSG* msg) override;

@@ -533,6 +533,8 @@ CRect CVXToolTipCtrl::GetBoundsRect(const CString& text, int width)
     width = std::max(width, 0);
     CRect r(0, 0, width, 0);
     dc.DrawText(text, &r, m_nFormat | DT_CALCRECT);
+    // The measure drops the blanks at a line's end, which hold the arrow's room.
+    r.right = std::max<LONG>(r.right, width);
     dc.SelectObject(old);
     r.right += m_rectMargin.left + m_rectMargin.right;
     r.bottom += m_rectMargin.top + m_rectMargin.bottom;

@@ -1,9 +1,9 @@
 #include "ui/bars/ctoolbar.h"
 
-#include "menus/cnewmenuicons.h"
 #include "ui/bars/ccmdui.h"
 #include "ui/controls/toolbarcontrol_p.h"
 #include "ui/images/cbitmap.h"
+#include "ui/images/toolbarresource.h"
 
 #include <algorithm>
 #include <vector>

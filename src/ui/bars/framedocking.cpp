@@ -1,7 +1,7 @@
 // How a frame docks its bars: the frame's functions in the core hand over
 // to these once vxbase-ui is loaded.
-#include "config/kprofile.h"
 #include "platform/windows/cframewnd.h"
+#include "ui/bars/barstatestore.h"
 #include "ui/bars/ccontrolbar.h"
 #include "ui/bars/cdockbar.h"
 #include "ui/bars/cdockcontext.h"
@@ -196,8 +196,18 @@ CString Section(const char* profile, int index)
     return s;
 }
 
-// The profile scope of bar states: the program's own settings file.
-constexpr int kScope = 0;
+int ReadInt(const CString& section, const char* key, int defaultValue)
+{
+    const vx::BarStateStore& store = vx::GetBarStateStore();
+    return store.readInt ? store.readInt(section, key, defaultValue) : defaultValue;
+}
+
+void WriteInt(const CString& section, const char* key, int value)
+{
+    const vx::BarStateStore& store = vx::GetBarStateStore();
+    if (store.writeInt)
+        store.writeInt(section, key, value);
+}
 
 void SaveBarState(const CFrameWnd& frame, const char* profile)
 {
@@ -207,34 +217,33 @@ void SaveBarState(const CFrameWnd& frame, const char* profile)
         if (!bar || !bar->m_hWnd)
             continue;
         const CString section = Section(profile, index++);
-        KProfile::WriteProfileInt(section, "BarID", static_cast<int>(bar->GetDlgCtrlID()), kScope);
-        KProfile::WriteProfileInt(section, "Visible", (bar->GetStyle() & WS_VISIBLE) ? 1 : 0, kScope);
+        WriteInt(section, "BarID", static_cast<int>(bar->GetDlgCtrlID()));
+        WriteInt(section, "Visible", (bar->GetStyle() & WS_VISIBLE) ? 1 : 0);
         const bool floating = bar->IsFloating();
-        KProfile::WriteProfileInt(section, "Floating", floating ? 1 : 0, kScope);
+        WriteInt(section, "Floating", floating ? 1 : 0);
         if (floating) {
             CRect r;
             if (CWnd* mini = bar->m_pDockBar ? bar->m_pDockBar->GetParent() : nullptr)
                 mini->GetWindowRect(&r);
-            KProfile::WriteProfileInt(section, "XPos", r.left, kScope);
-            KProfile::WriteProfileInt(section, "YPos", r.top, kScope);
-            KProfile::WriteProfileInt(section, "Horz", (bar->GetBarStyle() & CBRS_ORIENT_VERT) ? 0 : 1, kScope);
-            KProfile::WriteProfileInt(section, "DockBarID", 0, kScope);
+            WriteInt(section, "XPos", r.left);
+            WriteInt(section, "YPos", r.top);
+            WriteInt(section, "Horz", (bar->GetBarStyle() & CBRS_ORIENT_VERT) ? 0 : 1);
+            WriteInt(section, "DockBarID", 0);
         } else if (bar->m_pDockBar) {
             int row = 0;
             int place = 0;
             bar->m_pDockBar->FindBar(bar, &row, &place);
-            KProfile::WriteProfileInt(section, "DockBarID", bar->m_pDockBar->GetDlgCtrlID(), kScope);
-            KProfile::WriteProfileInt(section, "Row", row, kScope);
-            KProfile::WriteProfileInt(section, "Place", place, kScope);
+            WriteInt(section, "DockBarID", bar->m_pDockBar->GetDlgCtrlID());
+            WriteInt(section, "Row", row);
+            WriteInt(section, "Place", place);
         }
     }
-    KProfile::WriteProfileInt(CString(profile ? profile : "") + "-Summary", "Bars", index, kScope);
+    WriteInt(CString(profile ? profile : "") + "-Summary", "Bars", index);
 }
 
 void LoadBarState(CFrameWnd& frame, const char* profile)
 {
-    const int count = static_cast<int>(
-        KProfile::GetProfileIntA(CString(profile ? profile : "") + "-Summary", "Bars", 0, kScope));
+    const int count = ReadInt(CString(profile ? profile : "") + "-Summary", "Bars", 0);
     struct Saved {
         CControlBar* bar;
         UINT dock;
@@ -248,7 +257,7 @@ void LoadBarState(CFrameWnd& frame, const char* profile)
     std::vector<Saved> saved;
     for (int i = 0; i < count; ++i) {
         const CString section = Section(profile, i);
-        const UINT id = KProfile::GetProfileIntA(section, "BarID", 0, kScope);
+        const UINT id = static_cast<UINT>(ReadInt(section, "BarID", 0));
         CControlBar* bar = nullptr;
         for (CWnd* w : frame.m_listControlBars) {
             auto* b = dynamic_cast<CControlBar*>(w);
@@ -258,14 +267,14 @@ void LoadBarState(CFrameWnd& frame, const char* profile)
         if (!bar)
             continue;
         Saved s{bar,
-                KProfile::GetProfileIntA(section, "DockBarID", 0, kScope),
-                static_cast<int>(KProfile::GetProfileIntA(section, "Row", 0, kScope)),
-                static_cast<int>(KProfile::GetProfileIntA(section, "Place", 0, kScope)),
-                KProfile::GetProfileIntA(section, "Floating", 0, kScope) != 0,
-                CPoint(static_cast<int>(KProfile::GetProfileIntA(section, "XPos", 0, kScope)),
-                       static_cast<int>(KProfile::GetProfileIntA(section, "YPos", 0, kScope))),
-                KProfile::GetProfileIntA(section, "Horz", 1, kScope) != 0,
-                KProfile::GetProfileIntA(section, "Visible", 1, kScope) != 0};
+                static_cast<UINT>(ReadInt(section, "DockBarID", 0)),
+                ReadInt(section, "Row", 0),
+                ReadInt(section, "Place", 0),
+                ReadInt(section, "Floating", 0) != 0,
+                CPoint(ReadInt(section, "XPos", 0),
+                       ReadInt(section, "YPos", 0)),
+                ReadInt(section, "Horz", 1) != 0,
+                ReadInt(section, "Visible", 1) != 0};
         saved.push_back(s);
     }
     // Rows are rebuilt in their order, each bar at its place.
@@ -318,3 +327,24 @@ const bool g_installed = [] {
 }();
 
 } // namespace
+
+namespace vx {
+namespace {
+BarStateStore& Store()
+{
+    static BarStateStore store;
+    return store;
+}
+} // namespace
+
+void SetBarStateStore(const BarStateStore& store)
+{
+    Store() = store;
+}
+
+const BarStateStore& GetBarStateStore()
+{
+    return Store();
+}
+
+} // namespace vx

@@ -3,9 +3,9 @@
 // the buttons' state from the frame, its pane and the main window.
 #include "uisupport/uitest.h"
 
-#include "menus/cnewmenuicons.h"
 #include "ui/bars/ccmdui.h"
 #include "ui/bars/ctoolbar.h"
+#include "ui/images/toolbarresource.h"
 #include "ui/windows/qtinterop.h"
 
 #include <QImage>
