@@ -12,7 +12,9 @@
 #include <vxbase_ui.h>
 
 #include <QDir>
+#include <QApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QWidget>
 
@@ -43,9 +45,25 @@ void FillTypes(DWORD_PTR, void*, int, int, CArray<ComboItem, ComboItem&>* items)
     }
 }
 
+// The host's list: F2 opens the input box at the current cell, which then
+// walks with Tab, Enter and the arrows.
+class PartsList : public KXListCtrl {
+protected:
+    void OnKeyDown(UINT key, UINT repeat, UINT flags) override
+    {
+        int row = -1;
+        int col = -1;
+        if (key == VK_F2 && GetSelection().GetMoving(row, col)) {
+            EditCurrentRecord(row, col, -1);
+            return;
+        }
+        KXListCtrl::OnKeyDown(key, repeat, flags);
+    }
+};
+
 class PartsFrame : public CFrameWnd {
 public:
-    KXListCtrl list;
+    PartsList list;
     bool quitOnClose = false;
 
     void Build()
@@ -177,13 +195,6 @@ private:
     std::vector<int> m_copied;
 };
 
-BOOL CollectPopups(HWND hwnd, LPARAM param)
-{
-    if (vx::IsLocalHandle(hwnd) && IsWindowVisible(hwnd))
-        reinterpret_cast<std::vector<HWND>*>(param)->push_back(hwnd);
-    return TRUE;
-}
-
 // The frame as it shows, with the popups of this process (a combo and its
 // list) painted where they lie over it.
 bool Shot(PartsFrame& frame, const std::string& file)
@@ -191,18 +202,10 @@ bool Shot(PartsFrame& frame, const std::string& file)
     vx::ProcessUiEvents(120);
     QImage image = vx::RenderWindow(frame);
     QWidget* base = vx::WidgetOfWindow(&frame);
-    std::vector<HWND> windows;
-    EnumWindows(&CollectPopups, reinterpret_cast<LPARAM>(&windows));
     QPainter painter(&image);
-    for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
-        CWnd* w = CWnd::FromHandle(*it);
-        QWidget* widget = w ? vx::WidgetOfWindow(w) : nullptr;
-        if (!w || w == &frame || !widget || !base)
-            continue;
-        CRect r;
-        w->GetWindowRect(&r);
-        const QPoint at = base->mapFromGlobal(QPoint(r.left, r.top));
-        painter.drawImage(at, vx::RenderWindow(*w));
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (base && w != base && w->isVisible())
+            painter.drawPixmap(base->mapFromGlobal(w->geometry().topLeft()), w->grab());
     }
     painter.end();
     if (!image.save(QString::fromStdString(file))) {
@@ -213,6 +216,91 @@ bool Shot(PartsFrame& frame, const std::string& file)
     return true;
 }
 
+// Simulated input, as a person's arrives: the mouse through Qt, keys
+// through the window's message route.
+void Mouse(CWnd& window, QEvent::Type type, CPoint at, Qt::KeyboardModifiers mods = Qt::NoModifier)
+{
+    QWidget* w = vx::WidgetOfWindow(&window);
+    if (!w)
+        return;
+    const QPoint p(at.x, at.y);
+    const Qt::MouseButtons buttons =
+        type == QEvent::MouseButtonRelease ? Qt::MouseButtons(Qt::NoButton) : Qt::MouseButtons(Qt::LeftButton);
+    QMouseEvent e(type, QPointF(p), QPointF(w->mapToGlobal(p)), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                  buttons, mods);
+    QApplication::sendEvent(w, &e);
+    vx::ProcessUiEvents(10);
+}
+
+CPoint CellCenter(KXListCtrl& list, int row, int col)
+{
+    CRect r;
+    list.GetSubItemRect(row, col, LVIR_BOUNDS, r);
+    return r.CenterPoint();
+}
+
+void Click(KXListCtrl& list, int row, int col)
+{
+    Mouse(list, QEvent::MouseButtonPress, CellCenter(list, row, col));
+    Mouse(list, QEvent::MouseButtonRelease, CellCenter(list, row, col));
+}
+
+void DoubleClick(KXListCtrl& list, int row, int col)
+{
+    Click(list, row, col);
+    Mouse(list, QEvent::MouseButtonDblClick, CellCenter(list, row, col));
+    Mouse(list, QEvent::MouseButtonRelease, CellCenter(list, row, col));
+}
+
+// A press on one cell, the mouse moved to another, let go there.
+void DragCells(KXListCtrl& list, int row1, int col1, int row2, int col2)
+{
+    const CPoint from = CellCenter(list, row1, col1);
+    const CPoint to = CellCenter(list, row2, col2);
+    Mouse(list, QEvent::MouseButtonPress, from);
+    for (int i = 1; i <= 4; ++i)
+        Mouse(list, QEvent::MouseMove, from + CSize((to.x - from.x) * i / 4, (to.y - from.y) * i / 4));
+    Mouse(list, QEvent::MouseButtonRelease, to);
+}
+
+void Key(UINT key, bool ctrl = false, bool shift = false)
+{
+    auto send = [](UINT message, WPARAM wParam, LPARAM lParam) {
+        if (CWnd* focus = CWnd::GetFocus())
+            vx::DispatchInputMessage(*focus, message, wParam, lParam);
+    };
+    const LPARAM up = 1 | (1 << 30) | (1LL << 31);
+    if (shift)
+        send(WM_KEYDOWN, VK_SHIFT, 1);
+    if (ctrl)
+        send(WM_KEYDOWN, VK_CONTROL, 1);
+    send(WM_KEYDOWN, key, 1);
+    send(WM_KEYUP, key, up);
+    if (ctrl)
+        send(WM_KEYUP, VK_CONTROL, up);
+    if (shift)
+        send(WM_KEYUP, VK_SHIFT, up);
+    vx::ProcessUiEvents(10);
+}
+
+void TypeText(const char* text)
+{
+    for (const char* p = text; *p; ++p) {
+        if (CWnd* focus = CWnd::GetFocus())
+            vx::DispatchInputMessage(*focus, WM_CHAR, static_cast<unsigned char>(*p), 1);
+    }
+    vx::ProcessUiEvents(10);
+}
+
+void Say(KXListCtrl& list, const char* what, int row, int col)
+{
+    std::printf("%s: row %d, %s: \"%s\"\n", what, row + 1, static_cast<const char*>(list.GetColumnName(col)),
+                vx::ToUtf8(static_cast<const char*>(list.GetItemText(row, col))).c_str());
+}
+
+// The list used as a person uses it: a block selected with the mouse,
+// copied and pasted over another block, a page number typed, a type chosen
+// from the combo, a device typed into the input box and walked on by Tab.
 int Screenshots(PartsFrame& frame, const std::string& dir)
 {
     if (!QDir().mkpath(QString::fromStdString(dir))) {
@@ -221,28 +309,40 @@ int Screenshots(PartsFrame& frame, const std::string& dir)
     }
     KXListCtrl& list = frame.list;
     list.SetFocus();
-    // A block selected, as a mouse drag leaves it.
-    list.GetSelection().Select(3, Device, CellSelection::Plain);
-    list.GetSelection().Select(8, Checked, CellSelection::Shift);
+    DragCells(list, 3, Device, 8, Checked);
     bool ok = Shot(frame, dir + "/1-list-block.png");
-    list.DeselectAll();
-    // The text editor over a page number, with a changed text.
-    list.DrawEdit(5, Page);
-    if (CWnd* editor = list.GetEditWindow()) {
-        editor->SetWindowText("12.4");
-        editor->SendMessage(EM_SETSEL, 4, 4);
-    }
-    ok = Shot(frame, dir + "/2-list-textedit.png") && ok;
-    list.SendMessage(WM_XEDIT_VK_ESCAPE);
-    // The combo over a type, dropped down.
-    list.DrawComboBox(7, Type);
-    ok = Shot(frame, dir + "/3-list-combo.png") && ok;
-    list.SendMessage(WM_XCOMBOLIST_VK_ESCAPE);
+    Key('C', true);
+    DragCells(list, 19, Device, 24, Checked);
+    Key('V', true);
+    Say(list, "pasted", 19, Device);
+    Say(list, "pasted", 24, Type);
+    ok = Shot(frame, dir + "/2-list-pasted.png") && ok;
+    // The text editor over a page number: the old text replaced by typing.
+    Click(list, 5, Page);
+    Key(VK_HOME);
+    Key(VK_END, false, true);
+    TypeText("12.4");
+    ok = Shot(frame, dir + "/3-list-textedit.png") && ok;
+    Click(list, 5, Comment); // the editor loses the focus and commits
+    Say(list, "typed", 5, Page);
+    // The combo over a type opens on a double click; a choice by keys.
+    DoubleClick(list, 7, Type);
     vx::ProcessUiEvents(120);
-    // The input box over a device, which walks with Tab, Enter and arrows.
-    list.EditCurrentRecord(10, Device, -1);
-    ok = Shot(frame, dir + "/4-list-inputbox.png") && ok;
-    list.ShowEdiBox(10, Device, 0, -1);
+    ok = Shot(frame, dir + "/4-list-combo.png") && ok;
+    Key(VK_DOWN);
+    Key(VK_RETURN);
+    vx::ProcessUiEvents(120);
+    Say(list, "chosen", 7, Type);
+    // The input box: F2 on a device, a new name, Tab to the next cell.
+    list.SetFocus();
+    Click(list, 10, Device);
+    Key(VK_F2);
+    TypeText("K99");
+    ok = Shot(frame, dir + "/5-list-inputbox.png") && ok;
+    Key(VK_TAB);
+    ok = Shot(frame, dir + "/6-list-inputbox-tab.png") && ok;
+    Key(VK_ESCAPE);
+    Say(list, "input box", 10, Page);
     return ok ? 0 : 1;
 }
 

@@ -60,11 +60,15 @@ void KXListCtrl::Private::ReadColors()
 
 XRow* KXListCtrl::Private::RowOf(int row) const
 {
-    if (row < 0 || row >= Count())
-        return nullptr;
+    // Out of range the item data is 0.
     auto* r = reinterpret_cast<XRow*>(q.CListCtrl::GetItemData(row));
+    if (r && r == lastRow)
+        return r;
     // Only rows this list made carry records.
-    return r && rows.count(r) ? r : nullptr;
+    if (!r || !rows.count(r))
+        return nullptr;
+    lastRow = r;
+    return r;
 }
 
 XLISTCTRLDATA* KXListCtrl::Private::Cell(int row, int col) const
@@ -115,8 +119,10 @@ int KXListCtrl::Private::NewRow(int row, const char* text, int image, LPARAM ite
     item.iImage = image;
     item.lParam = reinterpret_cast<LPARAM>(raw);
     const int at = q.CListCtrl::InsertItem(&item);
-    if (at < 0)
+    if (at < 0) {
+        lastRow = nullptr;
         rows.erase(raw);
+    }
     return at;
 }
 
@@ -308,9 +314,11 @@ BOOL KXListCtrl::DeleteAllItems()
     d->selection.Clear();
     if (m_hWnd) {
         const BOOL done = CListCtrl::DeleteAllItems();
+        d->lastRow = nullptr;
         d->rows.clear();
         return done;
     }
+    d->lastRow = nullptr;
     d->rows.clear();
     return TRUE;
 }
@@ -335,6 +343,7 @@ LRESULT KXListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
             return OnColumnClick(hdr, &result) ? result : 0;
         case LVN_DELETEITEM: {
             const auto* nm = reinterpret_cast<const NMLISTVIEW*>(lParam);
+            d->lastRow = nullptr;
             d->rows.erase(reinterpret_cast<XRow*>(nm->lParam));
             return 0; // the parent hears it too
         }

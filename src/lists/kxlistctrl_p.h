@@ -104,6 +104,9 @@ struct KXListCtrl::Private {
 
     // The row arrays the list owns, by the address its items carry.
     std::unordered_map<vx::lists::XRow*, std::unique_ptr<vx::lists::XRow>> rows;
+    // The row last found there: a row's cells are mostly visited in a run.
+    // Cleared whenever a row goes.
+    mutable vx::lists::XRow* lastRow = nullptr;
 
     void ReadColors();
     int Count() const { return q.CListCtrl::GetItemCount(); }

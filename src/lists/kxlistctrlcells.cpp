@@ -41,9 +41,8 @@ BOOL KXListCtrl::SetItemText(int row, int col, const char* text)
 {
     if (!d->ValidCell(row, col))
         return FALSE;
-    const BOOL done = CListCtrl::SetItemText(row, col, text ? text : "");
-    UpdateSubItem(row, col);
-    return done;
+    // The control repaints the cell when its text changed.
+    return CListCtrl::SetItemText(row, col, text ? text : "");
 }
 
 BOOL KXListCtrl::SetItemText(int row, int col, const char* text, COLORREF textColor, COLORREF background,

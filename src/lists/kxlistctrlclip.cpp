@@ -58,26 +58,24 @@ int KXListCtrl::ModifyItemText(int row, int col, CString* text)
 {
     if (col >= GetColumns() || row >= d->Count())
         return 0;
-    const CString fresh = text ? *text : CString();
-    if (_mbscoll(fresh, GetItemText(row, col)) == 0)
+    const char* fresh = text ? static_cast<const char*>(*text) : "";
+    if (_mbscoll(fresh, ItemTextInPlace(row, col)) == 0)
         return 1; // nothing changes, nothing is sent
-    XLISTCTRLDATA* first = d->First(row);
-    if (!first)
+    vx::lists::XRow* records = d->RowOf(row);
+    if (!records || records->count < 1)
         return 1;
-    if (col >= 0) {
-        XLISTCTRLDATA* cell = d->Cell(row, col);
-        if (!cell || !cell->bCellEditable)
-            return 0;
-    }
+    XLISTCTRLDATA* first = &records->cells[0];
+    if (col >= 0 && (col >= records->count || !records->cells[static_cast<std::size_t>(col)].bCellEditable))
+        return 0;
     const bool wasModified = first->bModified;
     first->bModified = TRUE;
     d->listModified = TRUE;
     if (!wasModified)
         UpdateItem(row); // the whole row takes the modified colour
     XLISTCTRL_CHANGE change{row, col, this, 0};
-    if (CWnd* parent = GetParent())
-        parent->SendMessage(WM_XLISTCTRL_SETTEXT, reinterpret_cast<WPARAM>(&change),
-                            reinterpret_cast<LPARAM>(static_cast<const char*>(fresh)));
+    // By handle: a paste sends this for every cell.
+    if (HWND parent = ::GetParent(m_hWnd))
+        ::SendMessageA(parent, WM_XLISTCTRL_SETTEXT, reinterpret_cast<WPARAM>(&change), reinterpret_cast<LPARAM>(fresh));
     return 1;
 }
 
@@ -206,15 +204,24 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
             return;
         // The cells must be exactly what the header says.
         const long long separators = std::count(rest.begin(), rest.end(), '#');
-        if (width * height - 1 != separators)
+        if (width > separators + 1 || height > separators + 1 || width * height - 1 != separators)
             return;
-        std::vector<CString> cells;
+        // The cells in place: each "#" becomes the end of a C string.
+        std::string buffer(rest);
+        std::vector<const char*> cells;
         cells.reserve(static_cast<std::size_t>(width * height));
-        while (static_cast<long long>(cells.size()) < width * height) {
-            const std::string_view cell = Next(rest, '#');
-            cells.emplace_back(std::string(cell).c_str());
+        cells.push_back(buffer.c_str());
+        for (char& ch : buffer) {
+            if (ch == '#') {
+                ch = '\0';
+                cells.push_back(&ch + 1);
+            }
         }
-        auto at = [&](long long r, long long c) { return &cells[static_cast<std::size_t>(r * width + c)]; };
+        CString value; // one buffer for every cell
+        auto at = [&](long long r, long long c) {
+            value = cells[static_cast<std::size_t>(r * width + c)];
+            return &value;
+        };
         if (width == 1 && height == 1) {
             for (int r = r1; r <= r2 && IsWindow(self); ++r) {
                 for (int c = c1; c <= c2 && IsWindow(self); ++c)

@@ -166,6 +166,23 @@ TEST(Vxhost, WindowCommandsEndOffscreen)
     EXPECT_TRUE(Shows(run, "offscreen: the list of 2000 rows was built")) << run.output;
 }
 
+TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
+{
+    vxtest::TempDir shots;
+    const Outcome run = RunVxhost({"list", "--screenshot", shots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    int pngs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(shots.Path()))
+        pngs += entry.path().extension() == ".png";
+    EXPECT_EQ(pngs, 6);
+    // The block of rows 4 to 9 pasted over rows 20 to 25, a page number
+    // typed, the next type chosen in the combo.
+    EXPECT_TRUE(Shows(run, "pasted: row 20, Oznaczenie: \"H1\"")) << run.output;
+    EXPECT_TRUE(Shows(run, "pasted: row 25, Typ: \"Bezpiecznik\"")) << run.output;
+    EXPECT_TRUE(Shows(run, "typed: row 6, Strona: \"12.4\"")) << run.output;
+    EXPECT_TRUE(Shows(run, "chosen: row 8, Typ: \"Bezpiecznik\"")) << run.output;
+}
+
 TEST(Vxhost, TourShowsOnlyTheDemoWithoutARuntimeDirectory)
 {
     // As for root on a fresh machine: no XDG_RUNTIME_DIR. The demo script

@@ -103,7 +103,8 @@ CHeaderCtrl* CListCtrl::GetHeaderCtrl() const
 
 int CListCtrl::GetItemCount() const
 {
-    return static_cast<int>(::SendMessageA(m_hWnd, LVM_GETITEMCOUNT, 0, 0));
+    // Read in place, as the texts are: a cell list asks for it on every cell.
+    return m_hWnd ? static_cast<int>(d->items.size()) : 0;
 }
 
 int CListCtrl::InsertItem(const LVITEM* item)
@@ -177,6 +178,15 @@ CString CListCtrl::GetItemText(int item, int subItem) const
     return d->TextOf(item, subItem);
 }
 
+const char* CListCtrl::ItemTextInPlace(int item, int subItem) const
+{
+    if (!d->Valid(item) || subItem < 0 || subItem >= static_cast<int>(d->columns.size()))
+        return "";
+    const auto& texts = d->items[static_cast<std::size_t>(item)]->texts;
+    return static_cast<std::size_t>(subItem) < texts.size() ? static_cast<const char*>(texts[static_cast<std::size_t>(subItem)])
+                                                              : "";
+}
+
 int CListCtrl::GetItemText(int item, int subItem, LPSTR text, int length) const
 {
     LVITEM info{};
@@ -196,10 +206,7 @@ BOOL CListCtrl::SetItemText(int item, int subItem, LPCSTR text)
 
 DWORD_PTR CListCtrl::GetItemData(int item) const
 {
-    LVITEM info{};
-    info.mask = LVIF_PARAM;
-    info.iItem = item;
-    return GetItem(&info) ? static_cast<DWORD_PTR>(info.lParam) : 0;
+    return m_hWnd && d->Valid(item) ? static_cast<DWORD_PTR>(d->items[static_cast<std::size_t>(item)]->lParam) : 0;
 }
 
 BOOL CListCtrl::SetItemData(int item, DWORD_PTR data)

@@ -154,6 +154,9 @@ protected:
     // Repaints one cell as the control repaints its own changes (held back
     // while drawing is off, nothing outside the rows).
     void InvalidateSubItem(int item, int subItem);
+    // A cell's text where the control keeps it ("" for none), for a class
+    // that compares many cells; valid until the cell or the list changes.
+    const char* ItemTextInPlace(int item, int subItem) const;
 
 private:
     struct Private;

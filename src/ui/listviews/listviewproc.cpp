@@ -528,7 +528,8 @@ LRESULT CListCtrl::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         info.iItem = static_cast<int>(wParam);
         info.iSubItem = in->iSubItem;
         info.pszText = in->pszText;
-        return SendMessage(LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&info));
+        // Within the control, as the platform's did: no second message.
+        return CListCtrl::DefWindowProc(LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&info));
     }
     case LVM_GETITEMSTATE: {
         const int index = static_cast<int>(wParam);
