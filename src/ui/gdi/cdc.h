@@ -143,6 +143,15 @@ public:
                         int sourceHeight, UINT transparent);
     BOOL DrawIcon(int x, int y, HICON icon);
     BOOL DrawIcon(POINT point, HICON icon) { return DrawIcon(point.x, point.y, icon); }
+    // The drag rectangle of splitters and docking: inverts, with `brush`
+    // (null: the halftone brush), the frame of `rect` `size` thick, and
+    // erases the frame of `lastRect` (null: none) in the same stroke, so that
+    // where the two overlap nothing changes. Drawing the same rectangle again
+    // with no last one takes it away.
+    void DrawDragRect(const RECT* rect, SIZE size, const RECT* lastRect, SIZE lastSize, CBrush* brush = nullptr,
+                      CBrush* lastBrush = nullptr);
+    // A brush of every other pixel (a shared object; do not delete it).
+    static CBrush* GetHalftoneBrush();
     // DrawState by kind: the flags are DSS_ states (the DST_ kind is added).
     BOOL DrawState(CPoint point, CSize size, HICON icon, UINT flags, HBRUSH brush = nullptr);
     BOOL DrawState(CPoint point, CSize size, HICON icon, UINT flags, CBrush* brush);
