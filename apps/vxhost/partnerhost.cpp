@@ -296,7 +296,17 @@ LRESULT PartnerFrame::AnswerPreview(HANDLE block, LPARAM dc)
     constexpr std::size_t kPath = 260;
     if (!g_previewHost || vx::FileMappingSize(block) < kPath + 4)
         return 0;
-    auto* bytes = static_cast<char*>(MapViewOfFile(block, FILE_MAP_WRITE, 0, 0, 0));
+    // The partner sends the same block each time: its view is kept (so the
+    // block lives while this program does), and made anew for another one.
+    static char* bytes = nullptr;
+    static int viewed = -1;
+    const int descriptor = vx::FileMappingDescriptor(block);
+    if (!bytes || descriptor != viewed) {
+        if (bytes)
+            UnmapViewOfFile(bytes);
+        bytes = static_cast<char*>(MapViewOfFile(block, FILE_MAP_WRITE, 0, 0, 0));
+        viewed = bytes ? vx::FileMappingDescriptor(block) : -1;
+    }
     if (!bytes)
         return 0;
     const std::string path(bytes, strnlen(bytes, kPath));
@@ -307,7 +317,6 @@ LRESULT PartnerFrame::AnswerPreview(HANDLE block, LPARAM dc)
         const std::int32_t result = 1;
         std::memcpy(bytes + kPath, &result, sizeof result);
     }
-    UnmapViewOfFile(bytes);
     return drawn ? 1 : 0;
 }
 

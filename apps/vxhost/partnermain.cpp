@@ -7,6 +7,10 @@
 // its window: the frame of a program of the suite is never shown here.
 #include "partnerhost.h"
 
+#ifdef VXHOST_WITH_UI
+#include "previewpainter.h"
+#endif
+
 #include <sys/prctl.h>
 
 #include <atomic>
@@ -138,6 +142,11 @@ int RunPartner(MainframeType type, const std::vector<std::string>& words, const 
     const std::string& commandLine = options.commandLine;
     // The partner confirms a window by the name of its process.
     prctl(PR_SET_NAME, type == MainframeAT ? "AT" : "IT", 0, 0, 0);
+#ifdef VXHOST_WITH_UI
+    // The partner may ask for previews (the painter starts the window
+    // classes when it is first asked).
+    InstallPreviewHost();
+#endif
     vx::AttachLibrary();
     UseSuiteDirectoryForProgramFiles();
     // The beep of a program whose partner has gone would only ring the

@@ -1,6 +1,10 @@
 #include "previewpainter.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
+#include <map>
+#include <memory>
 
 namespace vxhost {
 namespace {
@@ -11,6 +15,18 @@ CString FileName(const char* path)
     const CString text = path ? path : "";
     const int slash = std::max(text.ReverseFind('\\'), text.ReverseFind('/'));
     return text.Mid(slash + 1);
+}
+
+// The picture's font by its height; made once, as a program keeps its fonts.
+CFont& FontOf(int height)
+{
+    static std::map<int, std::unique_ptr<CFont>> fonts;
+    auto& font = fonts[height];
+    if (!font) {
+        font = std::make_unique<CFont>();
+        font->CreateFont(-height, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, "Arial");
+    }
+    return *font;
 }
 
 void Frame(CDC& dc, const CRect& r, COLORREF colour)
@@ -41,7 +57,7 @@ bool DrawTestPicture(HDC hdc, const char* path, MainframeType drawer)
     // The circuit: a bus, three branches down to a resistor, a lamp and a
     // switch, and a return line.
     CPen wire(PS_SOLID, 1, kPictureCircuit);
-    CPen part(PS_SOLID, 2, kPictureParts);
+    CPen part(PS_SOLID, 1, kPictureParts);
     CBrush paper(RGB(255, 255, 255)); // parts hide the wire they stand on
     CPen* oldPen = dc->SelectObject(&wire);
     CBrush* oldBrush = dc->SelectObject(&paper);
@@ -80,33 +96,52 @@ bool DrawTestPicture(HDC hdc, const char* path, MainframeType drawer)
 
     // The program at the top left, the title block with the file name at
     // the bottom right.
-    CFont font;
-    font.CreateFont(-std::clamp(h / 14, 8, 14), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, "Arial");
-    CFont* oldFont = dc->SelectObject(&font);
+    CFont* oldFont = dc->SelectObject(&FontOf(std::clamp(h / 14, 8, 14)));
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(kPictureText);
-    CRect tag(sheet.left + 3, sheet.top + 2, sheet.right, sheet.top + 2 + h / 8);
-    dc->DrawText(drawer == MainframeIT ? "IT" : "AT", &tag, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
+    TEXTMETRICA tm{};
+    dc->GetTextMetrics(&tm);
+    const char* program = drawer == MainframeIT ? "IT" : "AT";
+    dc->TextOut(sheet.left + 3, sheet.top + 2, program, 2);
     CRect title(sheet.left + w / 3, sheet.bottom - std::max(14, h / 6), sheet.right, sheet.bottom);
     Frame(*dc, title, kPictureFrame);
     title.DeflateRect(3, 1);
-    dc->DrawText(FileName(path), &title,
-                 DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    const CString name = FileName(path);
+    dc->ExtTextOut(title.left, title.top + (title.Height() - tm.tmHeight) / 2, ETO_CLIPPED, &title, name, nullptr);
     dc->SelectObject(oldFont);
     return true;
 }
 
+namespace {
+
+// Text needs Qt's application; a program that had no window to show until
+// now starts it at its first picture.
+void EnsureUi()
+{
+    if (!QCoreApplication::instance())
+        vx::InitUi();
+}
+
+} // namespace
+
 bool TestPictureHost::Paint(LPARAM dc, const char* path, MainframeType drawer)
 {
+    EnsureUi();
     return DrawTestPicture(reinterpret_cast<HDC>(dc), path, drawer);
 }
 
 LRESULT TestPictureHost::Request(WPARAM code, LPARAM lParam, MainframeType drawer)
 {
+    EnsureUi();
     const auto* record = reinterpret_cast<const vx::VorschauRecord*>(lParam);
     switch (code) {
     case vx::kVorschauLoad: {
         if (!record || !record->path || !record->window)
+            return 1;
+        // The frame draws what its own program draws: the project's pages,
+        // and exchange drawings.
+        const char* ext = KVxPath::GetExtension(*record->path);
+        if (KVxFile(*record->path).IsValidPage(1) == VxFileNone && !(ext && !_stricmp(ext, ".DXF")))
             return 1;
         CClientDC dc(record->window);
         CRect client;

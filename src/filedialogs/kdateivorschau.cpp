@@ -55,6 +55,23 @@ Block& BlockOf(const char* name)
     return b;
 }
 
+// The image the partner draws into, kept from one preview to the next while
+// the size stays, so that neither program maps a new one each time.
+HDC SharedImageOf(int width, int height)
+{
+    static HDC image = nullptr;
+    static CSize size;
+    if (image && size == CSize(width, height) && vx::IsSharedImageDC(image)) {
+        SelectClipRgn(image, nullptr);
+        return image;
+    }
+    if (image)
+        DeleteDC(image);
+    image = vx::CreateSharedImageDC(width, height);
+    size = CSize(width, height);
+    return image;
+}
+
 LRESULT AskMainFrame(WPARAM code, LPARAM record)
 {
     return g_pDLLMainframe ? g_pDLLMainframe->SendMessage(vx::kVorschauRequest, code, record) : 0;
@@ -104,7 +121,7 @@ int KDateiVorschau::LoadDrawing(CString& path, CWnd* target, int mode)
     // The partner draws into an image in shared memory, since a device of
     // this process cannot cross to it; the image starts as the window shows,
     // clipped to the client area as the window's device was.
-    HDC image = vx::CreateSharedImageDC(std::max(1, client.Width()), std::max(1, client.Height()));
+    HDC image = SharedImageOf(std::max(1, client.Width()), std::max(1, client.Height()));
     if (!image)
         return 1;
     {
@@ -143,7 +160,6 @@ int KDateiVorschau::LoadDrawing(CString& path, CWnd* target, int mode)
         target->ModifyStyle(0, kBitmapStatic);
         target->SendMessage(kSetImage, IMAGE_BITMAP, reinterpret_cast<LPARAM>(m_hBitmap));
     }
-    DeleteDC(image);
     return answer && result ? 0 : 1;
 }
 

@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -133,4 +135,21 @@ DWORD GetFileAttributesA(const char* path)
     if (stat(host.c_str(), &st) != 0)
         return INVALID_FILE_ATTRIBUTES;
     return vx::FileAttributesOf(S_ISDIR(st.st_mode), access(host.c_str(), W_OK) == 0, vx::NameOf(host));
+}
+
+DWORD GetCurrentDirectoryA(DWORD size, char* buffer)
+{
+    char here[PATH_MAX];
+    if (!getcwd(here, sizeof here))
+        return 0;
+    const std::string text = vx::PathTextFromHost(here);
+    if (!buffer || text.size() + 1 > size)
+        return static_cast<DWORD>(text.size() + 1);
+    std::memcpy(buffer, text.c_str(), text.size() + 1);
+    return static_cast<DWORD>(text.size());
+}
+
+BOOL SetCurrentDirectoryA(const char* path)
+{
+    return path && *path && chdir(vx::DiskPath(path).c_str()) == 0;
 }

@@ -20,3 +20,8 @@ VXBASE_EXPORT BOOL CreateDirectoryA(const char* path, void* securityAttributes);
 VXBASE_EXPORT BOOL RemoveDirectoryA(const char* path);
 // FILE_ATTRIBUTE_... bits, or INVALID_FILE_ATTRIBUTES if the path is missing.
 VXBASE_EXPORT DWORD GetFileAttributesA(const char* path);
+// The current directory as a path text. Returns its length when it fits in
+// `size` bytes with its zero, else the size it needs (the buffer is then
+// left alone); 0 when there is none.
+VXBASE_EXPORT DWORD GetCurrentDirectoryA(DWORD size, char* buffer);
+VXBASE_EXPORT BOOL SetCurrentDirectoryA(const char* path);

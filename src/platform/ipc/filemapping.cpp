@@ -39,10 +39,12 @@ constexpr int kOpenAttempts = 200;
 // shared lock for as long as the process has a handle or a view of it: the
 // last process to let go takes the lock exclusively and removes the name.
 struct Block {
-    std::string shmName; // "" for a block without a name
+    std::string shmName; // "" for a block without a name, or one received
     int fd = -1;
     std::size_t size = 0;
     int refs = 0; // handles and views
+    dev_t device = 0;
+    ino_t inode = 0;
 };
 
 struct Handle {
@@ -81,12 +83,6 @@ bool SameObject(int fd, const std::string& shmName)
     struct stat a {}, b {};
     return fstat(fd, &a) == 0 && lstat((kShmDir + shmName).c_str(), &b) == 0 && a.st_dev == b.st_dev &&
            a.st_ino == b.st_ino;
-}
-
-bool SameInode(int fd, const struct stat& other)
-{
-    struct stat st {};
-    return fstat(fd, &st) == 0 && st.st_dev == other.st_dev && st.st_ino == other.st_ino;
 }
 
 bool OwnedByUser(const struct stat& st)
@@ -225,12 +221,13 @@ Handle* FindHandle(Table& t, HANDLE h)
 
 Block* HeldBlock(Table& t, const struct stat& st)
 {
+    const auto same = [&st](const Block* b) { return b->inode == st.st_ino && b->device == st.st_dev; };
     for (const auto& [value, handle] : t.handles) {
-        if (SameInode(handle.block->fd, st))
+        if (same(handle.block))
             return handle.block;
     }
     for (const auto& [address, view] : t.views) {
-        if (SameInode(view.block->fd, st))
+        if (same(view.block))
             return view.block;
     }
     return nullptr;
@@ -239,6 +236,11 @@ Block* HeldBlock(Table& t, const struct stat& st)
 Block* NewBlock(Table& t, std::string shmName, int fd, std::size_t size)
 {
     auto* block = new Block{std::move(shmName), fd, size, 0};
+    struct stat st {};
+    if (fstat(fd, &st) == 0) {
+        block->device = st.st_dev;
+        block->inode = st.st_ino;
+    }
     ++t.blocks;
     if (!block->shmName.empty())
         t.named[block->shmName] = block;
@@ -401,20 +403,16 @@ int FileMappingDescriptor(HANDLE handle)
 
 HANDLE AdoptFileMappingDescriptor(int fd)
 {
+    // A block is shared memory (it answers the question for seals, which
+    // files on disk do not) of this user's.
     struct stat st {};
-    if (fd < 0 || fstat(fd, &st) != 0 || !OwnedByUser(st) || st.st_size <= 0) {
+    if (fd < 0 || fstat(fd, &st) != 0 || !OwnedByUser(st) || st.st_size <= 0 || fcntl(fd, F_GET_SEALS) < 0) {
         if (fd >= 0)
             close(fd);
         return nullptr;
     }
-    char link[PATH_MAX] = {};
-    const std::string self = "/proc/self/fd/" + std::to_string(fd);
-    const ssize_t n = readlink(self.c_str(), link, sizeof link - 1);
-    const std::string target = n > 0 ? std::string(link, static_cast<std::size_t>(n)) : std::string();
-    const std::string prefix = std::string(kShmDir) + "vxbase." + std::to_string(geteuid()) + ".";
     const int mode = fcntl(fd, F_GETFL);
     const bool writable = mode >= 0 && (mode & O_ACCMODE) == O_RDWR;
-
     Table& t = TheTable();
     std::lock_guard lock(t.lock);
     FirstUse(t);
@@ -423,27 +421,27 @@ HANDLE AdoptFileMappingDescriptor(int fd)
         close(fd);
         return NewHandle(t, held, writable);
     }
-    if (target.rfind("/memfd:", 0) == 0) {
-        Block* block = NewBlock(t, {}, fd, static_cast<std::size_t>(st.st_size));
-        return NewHandle(t, block, writable);
+    // A named block is held through a descriptor of this process's own, so
+    // that its hold counts apart from the sender's: the name lives while
+    // either holds the block.
+    char link[PATH_MAX] = {};
+    const ssize_t n = readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), link, sizeof link - 1);
+    const std::string target = n > 0 ? std::string(link, static_cast<std::size_t>(n)) : std::string();
+    const std::string prefix = std::string(kShmDir) + "vxbase." + std::to_string(geteuid()) + ".";
+    if (target.rfind(prefix, 0) == 0 && PrivateToUser(st)) {
+        const std::string shmName = target.substr(std::strlen(kShmDir));
+        const int own = shm_open(("/" + shmName).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0);
+        struct stat ownSt {};
+        if (own >= 0 && fstat(own, &ownSt) == 0 && ownSt.st_dev == st.st_dev && ownSt.st_ino == st.st_ino &&
+            LockShared(own) == 0 && SameObject(own, shmName)) {
+            close(fd);
+            return NewHandle(t, NewBlock(t, shmName, own, SizeOf(own)), writable);
+        }
+        if (own >= 0)
+            close(own);
+        // Its name has gone meanwhile: the block lives on through this
+        // descriptor alone.
     }
-    if (target.rfind(prefix, 0) != 0 || !PrivateToUser(st)) {
-        close(fd); // no block of this user's
-        return nullptr;
-    }
-    // A named block: this process holds it through a descriptor of its own,
-    // so that its lock counts apart from the sender's.
-    const std::string shmName = target.substr(std::strlen(kShmDir));
-    const int own = shm_open(("/" + shmName).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0);
-    if (own >= 0 && SameInode(own, st) && LockShared(own) == 0 && SameObject(own, shmName)) {
-        close(fd);
-        Block* block = NewBlock(t, shmName, own, SizeOf(own));
-        return NewHandle(t, block, writable);
-    }
-    if (own >= 0)
-        close(own);
-    // Its name has gone meanwhile: the block lives on through this
-    // descriptor alone, as a block without a name.
     Block* block = NewBlock(t, {}, fd, static_cast<std::size_t>(st.st_size));
     return NewHandle(t, block, writable);
 }

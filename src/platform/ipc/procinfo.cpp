@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <iterator>
-#include <sstream>
 
 namespace vx::detail {
 namespace {
@@ -27,8 +25,20 @@ std::vector<std::string> StatFields(pid_t pid)
     const auto close = stat.rfind(')');
     if (close == std::string::npos)
         return {};
-    std::istringstream rest(stat.substr(close + 1));
-    return std::vector<std::string>(std::istream_iterator<std::string>(rest), std::istream_iterator<std::string>());
+    // Split at blanks by hand: this runs for every window a broadcast reaches.
+    std::vector<std::string> fields;
+    fields.reserve(48);
+    std::size_t i = close + 1;
+    while (i < stat.size()) {
+        while (i < stat.size() && (stat[i] == ' ' || stat[i] == '\n'))
+            ++i;
+        const std::size_t start = i;
+        while (i < stat.size() && stat[i] != ' ' && stat[i] != '\n')
+            ++i;
+        if (i > start)
+            fields.emplace_back(stat, start, i - start);
+    }
+    return fields;
 }
 
 } // namespace

@@ -16,6 +16,7 @@
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -263,6 +264,7 @@ public:
     BOOL Place(HWND hwnd, const WINDOWPLACEMENT& placement);
 
     std::vector<WindowRecord> Enumerate() override;
+    std::vector<HWND> Handles() override;
     bool Describe(HWND hwnd, WindowRecord& out) override;
     bool IsAlive(HWND hwnd) override;
     LRESULT Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -274,6 +276,8 @@ public:
 private:
     std::string Directory();
     bool ReadPeer(pid_t pid, detail::Registry& out);
+    // The registries of the other live processes, oldest first.
+    std::vector<std::pair<pid_t, detail::Registry>> LivePeers();
     void WriteRegistryLocked();
     void RemoveDeadPeers();
 
@@ -291,6 +295,28 @@ private:
     bool ServeOne();
     void Handle(Message& message);
     LRESULT Dispatch(Message& message);
+
+    // The registries of other processes as last read, by process, each
+    // with a descriptor of its process (-1 if there is none), which shows
+    // when that very process has ended; and the last listing of the
+    // directory.
+    struct PeerFile {
+        ino_t inode = 0;
+        off_t size = -1;
+        timespec modified{};
+        detail::Registry registry;
+        int process = -1;
+    };
+    struct Listing {
+        std::string dir;
+        ino_t inode = 0;
+        timespec modified{};
+        std::vector<pid_t> peers;
+    };
+    void ForgetPeerLocked(pid_t pid);
+    std::mutex m_peerLock;
+    std::map<pid_t, PeerFile> m_peers;
+    Listing m_listing;
 
     std::mutex m_lock; // guards the state below; never held while waiting
     bool m_running = false;
@@ -338,15 +364,64 @@ std::string Bus::Directory()
     return m_dir;
 }
 
+void Bus::ForgetPeerLocked(pid_t pid)
+{
+    auto it = m_peers.find(pid);
+    if (it == m_peers.end())
+        return;
+    if (it->second.process >= 0)
+        close(it->second.process);
+    m_peers.erase(it);
+}
+
 bool Bus::ReadPeer(pid_t pid, detail::Registry& out)
 {
     const std::string dir = Directory();
-    std::string text;
-    if (dir.empty() || !ReadWholeFile(RegistryPath(dir, pid), text) || !detail::ParseRegistry(text, out))
+    if (dir.empty())
         return false;
+    // A registry is written anew (a new file) at each change, so one read
+    // before is good while the file is the same.
+    const std::string path = RegistryPath(dir, pid);
+    struct stat st {};
+    std::lock_guard lock(m_peerLock);
+    if (stat(path.c_str(), &st) != 0) {
+        ForgetPeerLocked(pid);
+        return false;
+    }
+    auto it = m_peers.find(pid);
+    if (it != m_peers.end() && it->second.inode == st.st_ino && it->second.size == st.st_size &&
+        it->second.modified.tv_sec == st.st_mtim.tv_sec && it->second.modified.tv_nsec == st.st_mtim.tv_nsec &&
+        it->second.process >= 0) {
+        // The process the file was checked against: alive until its
+        // descriptor turns readable (a zombie has ended too).
+        pollfd p{it->second.process, POLLIN, 0};
+        if (poll(&p, 1, 0) != 0)
+            return false;
+        out = it->second.registry;
+        return true;
+    }
+    ForgetPeerLocked(pid);
+    PeerFile known;
+    std::string text;
+    if (!ReadWholeFile(path, text) || !detail::ParseRegistry(text, known.registry))
+        return false;
+    known.inode = st.st_ino;
+    known.size = st.st_size;
+    known.modified = st.st_mtim;
+    // The descriptor comes first, then the check: so it is of the process
+    // checked, not of a later one under the same id.
+    known.process = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
     // A file left by an ended process, or by an earlier process of the
     // same id, names no live window.
-    return out.startTime >= 0 && detail::ProcessStartTime(pid) == out.startTime;
+    const bool alive = known.registry.startTime >= 0 && detail::ProcessStartTime(pid) == known.registry.startTime;
+    if (!alive) {
+        if (known.process >= 0)
+            close(known.process);
+        return false;
+    }
+    out = known.registry;
+    m_peers[pid] = std::move(known);
+    return true;
 }
 
 void Bus::WriteRegistryLocked()
@@ -478,6 +553,12 @@ void Bus::Stop()
     m_socket = -1;
     m_assembler.Clear();
     m_deferred.clear();
+    {
+        std::lock_guard lock(m_peerLock);
+        while (!m_peers.empty())
+            ForgetPeerLocked(m_peers.begin()->first);
+        m_listing = Listing{};
+    }
     for (const auto& [path, sender] : m_senders)
         close(sender);
     m_senders.clear();
@@ -533,34 +614,65 @@ void Bus::LocalWindowChanged(HWND hwnd)
 
 // --- queries --------------------------------------------------------------------
 
-std::vector<WindowRecord> Bus::Enumerate()
+std::vector<std::pair<pid_t, detail::Registry>> Bus::LivePeers()
 {
     const std::string dir = Directory();
-    std::vector<std::pair<long long, pid_t>> peers;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (const dirent* e = readdir(d)) {
-            char* end = nullptr;
-            const long id = std::strtol(e->d_name, &end, 10);
-            if (id > 0 && end && !std::strcmp(end, ".win") && id != detail::CurrentProcessId())
-                peers.emplace_back(0, static_cast<pid_t>(id));
-        }
-        closedir(d);
+    std::vector<pid_t> peers;
+    struct stat st {};
+    const bool listed = stat(dir.c_str(), &st) == 0;
+    {
+        // The directory changes whenever a registry comes, goes or is
+        // written anew: while it has not, the list read before holds.
+        std::lock_guard lock(m_peerLock);
+        if (listed && m_listing.inode == st.st_ino && m_listing.modified.tv_sec == st.st_mtim.tv_sec &&
+            m_listing.modified.tv_nsec == st.st_mtim.tv_nsec && m_listing.dir == dir)
+            peers = m_listing.peers;
     }
-    std::vector<std::pair<std::pair<long long, pid_t>, detail::Registry>> live;
-    for (const auto& [unused, pid] : peers) {
+    if (peers.empty()) {
+        if (DIR* d = opendir(dir.c_str())) {
+            while (const dirent* e = readdir(d)) {
+                char* end = nullptr;
+                const long id = std::strtol(e->d_name, &end, 10);
+                if (id > 0 && end && !std::strcmp(end, ".win") && id != detail::CurrentProcessId())
+                    peers.push_back(static_cast<pid_t>(id));
+            }
+            closedir(d);
+        }
+        std::lock_guard lock(m_peerLock);
+        m_listing = Listing{dir, listed ? st.st_ino : 0, listed ? st.st_mtim : timespec{}, peers};
+    }
+    std::vector<std::pair<pid_t, detail::Registry>> live;
+    for (pid_t pid : peers) {
         detail::Registry registry;
         if (ReadPeer(pid, registry))
-            live.push_back({{registry.startTime, pid}, std::move(registry)});
+            live.emplace_back(pid, std::move(registry));
     }
     // Older processes first, so that "the first window" is stable.
-    std::sort(live.begin(), live.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::sort(live.begin(), live.end(), [](const auto& a, const auto& b) {
+        return std::make_pair(a.second.startTime, a.first) < std::make_pair(b.second.startTime, b.first);
+    });
+    return live;
+}
+
+std::vector<WindowRecord> Bus::Enumerate()
+{
     std::vector<WindowRecord> records;
-    for (const auto& [key, registry] : live) {
-        const std::string name = detail::ProcessName(key.second);
+    for (const auto& [pid, registry] : LivePeers()) {
+        const std::string name = detail::ProcessName(pid);
         for (const auto& w : registry.windows)
-            records.push_back(WindowRecord{w.hwnd, w.title, w.className, key.second, name});
+            records.push_back(WindowRecord{w.hwnd, w.title, w.className, pid, name});
     }
     return records;
+}
+
+std::vector<HWND> Bus::Handles()
+{
+    std::vector<HWND> handles;
+    for (const auto& [pid, registry] : LivePeers()) {
+        for (const auto& w : registry.windows)
+            handles.push_back(w.hwnd);
+    }
+    return handles;
 }
 
 bool Bus::Describe(HWND hwnd, WindowRecord& out)

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <mutex>
 
 extern char** environ;
@@ -200,4 +201,49 @@ HINSTANCE ShellExecuteA(HWND, const char*, const char* file, const char* paramet
     const std::string text = uri ? uri : "";
     g_free(uri);
     return Code(vx::Launch(text) ? 33 : SE_ERR_NOASSOC);
+}
+
+HINSTANCE FindExecutableA(const char* file, const char* directory, char* result)
+{
+    using namespace vx;
+    if (result)
+        result[0] = 0;
+    if (!file || !*file)
+        return Code(SE_ERR_FNF);
+    std::string host = DiskPath(file);
+    if (host[0] != '/' && directory && *directory) {
+        const std::string dir = DiskPath(directory);
+        struct stat st {};
+        if (stat(dir.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
+            return Code(SE_ERR_PNF);
+        host = dir + "/" + host;
+    }
+    struct stat st {};
+    if (stat(host.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
+        return Code(SE_ERR_FNF);
+    const auto answer = [result](const std::string& program) {
+        const std::string text = PathTextFromHost(program);
+        if (result && text.size() < MAX_PATH)
+            std::memcpy(result, text.c_str(), text.size() + 1);
+        return Code(text.size() < MAX_PATH ? 42 : SE_ERR_OOM);
+    };
+    if (access(host.c_str(), X_OK) == 0)
+        return answer(host);
+    // By the name alone, as the original went by the extension: an empty
+    // file of the type is as good as a full one.
+    gboolean uncertain = FALSE;
+    gchar* type = g_content_type_guess(host.c_str(), nullptr, 0, &uncertain);
+    std::string program;
+    if (type && !uncertain && !g_content_type_is_unknown(type)) {
+        if (GAppInfo* app = g_app_info_get_default_for_type(type, FALSE)) {
+            if (const char* exe = g_app_info_get_executable(app)) {
+                gchar* found = g_find_program_in_path(exe);
+                program = found ? found : exe;
+                g_free(found);
+            }
+            g_object_unref(app);
+        }
+    }
+    g_free(type);
+    return program.empty() ? Code(SE_ERR_NOASSOC) : answer(program);
 }

@@ -36,6 +36,15 @@ constexpr int SE_ERR_NOASSOC = 31;
 VXBASE_EXPORT HINSTANCE ShellExecuteA(HWND owner, const char* verb, const char* file, const char* parameters,
                                       const char* directory, int showCommand);
 
+// The program that opens `file` (a path text, relative to `directory` when
+// that is given): its path text goes to `result` (MAX_PATH bytes), and the
+// answer is greater than 32. As on the original, the file must exist and its
+// type is told by its extension: the desktop's default application for the
+// type (GIO's content types), or the file itself when it is a program.
+// SE_ERR_FNF for a missing file, SE_ERR_PNF for a missing directory,
+// SE_ERR_NOASSOC (with "" in `result`) when no program takes the type.
+VXBASE_EXPORT HINSTANCE FindExecutableA(const char* file, const char* directory, char* result);
+
 namespace vx {
 
 // The arguments of a command line by the rules of the Windows C runtime:

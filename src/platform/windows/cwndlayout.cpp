@@ -3,6 +3,7 @@
 #include "platform/windows/cwnd_p.h"
 
 #include <algorithm>
+#include <vector>
 
 // Relations among windows (children, tab order, hit tests, activation) and
 // their geometry.
@@ -381,4 +382,32 @@ HWND WindowFromPoint(POINT screen)
 {
     CWnd* w = CWnd::WindowFromPoint(screen);
     return w ? w->m_hWnd : nullptr;
+}
+
+namespace {
+
+void CollectDescendants(const CWnd* parent, std::vector<HWND>& into)
+{
+    for (CWnd* child : vx::ChildrenOf(parent)) {
+        into.push_back(child->m_hWnd);
+        CollectDescendants(child, into);
+    }
+}
+
+} // namespace
+
+BOOL EnumChildWindows(HWND parent, WNDENUMPROC proc, LPARAM lParam)
+{
+    CWnd* window = CWnd::FromHandle(parent);
+    if (!window || !proc)
+        return FALSE;
+    // Listed first: a procedure that hides, moves or destroys windows must
+    // not change the walk.
+    std::vector<HWND> handles;
+    CollectDescendants(window, handles);
+    for (HWND h : handles) {
+        if (IsWindow(h) && !proc(h, lParam))
+            break;
+    }
+    return TRUE;
 }

@@ -161,6 +161,14 @@ bool RemoteWindows::Notify(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam
     return true;
 }
 
+std::vector<HWND> RemoteWindows::Handles()
+{
+    std::vector<HWND> handles;
+    for (const WindowRecord& r : Enumerate())
+        handles.push_back(r.hwnd);
+    return handles;
+}
+
 BOOL RemoteWindows::Show(HWND, int)
 {
     return FALSE;
@@ -328,8 +336,8 @@ LRESULT SendMessageA(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
         for (HWND h : local)
             keep(SendMessageA(h, message, wParam, lParam));
         if (remote) {
-            for (const WindowRecord& r : remote->Enumerate())
-                keep(remote->Send(r.hwnd, message, wParam, lParam));
+            for (HWND h : remote->Handles())
+                keep(remote->Send(h, message, wParam, lParam));
         }
         return first;
     }

@@ -82,6 +82,8 @@ public:
     virtual ~RemoteWindows();
     // Published top-level windows of other processes of this user.
     virtual std::vector<WindowRecord> Enumerate() = 0;
+    // Their handles alone, in the same order; the default asks Enumerate.
+    virtual std::vector<HWND> Handles();
     virtual bool Describe(HWND hwnd, WindowRecord& out) = 0;
     virtual bool IsAlive(HWND hwnd) = 0;
     virtual LRESULT Send(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) = 0;

@@ -388,6 +388,11 @@ VXBASE_EXPORT BOOL ClipCursor(const RECT* rect);
 // The rectangle the cursor is confined to: the virtual screen when it is free.
 VXBASE_EXPORT BOOL GetClipCursor(RECT* rect);
 
+// Calls `proc` for every child of `parent` and, after each, for that child's
+// own children, until it returns FALSE. Children made by `proc` meanwhile
+// are not visited.
+VXBASE_EXPORT BOOL EnumChildWindows(HWND parent, WNDENUMPROC proc, LPARAM lParam);
+
 namespace vx {
 
 // Backends report input state here, so that GetKeyState and GetCursorPos

@@ -3,6 +3,11 @@
 #include "platform/windows/sysmetrics.h"
 
 #include <cstdlib>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace vx::gdi {
 namespace {
@@ -87,6 +92,63 @@ void Blend(Dc& dest, const QRect& area, const QImage& image, DWORD rop, bool use
             }
         }
     });
+}
+
+// Copies `count` pixels with their alpha set, four at a time where the
+// processor allows.
+void CopyOpaque(const QRgb* in, QRgb* out, int count)
+{
+    int x = 0;
+#ifdef __SSE2__
+    const __m128i alpha = _mm_set1_epi32(static_cast<int>(0xFF000000u));
+    for (; x + 4 <= count; x += 4) {
+        const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + x));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + x), _mm_or_si128(p, alpha));
+    }
+#endif
+    for (; x < count; ++x)
+        out[x] = in[x] | 0xFF000000u;
+}
+
+// A plain copy between two colour images of different memory, with the
+// source rectangle inside its image: row by row, without the copy of the
+// source that the general way makes (the preview copies whole windows so).
+bool CopyDirectly(Dc& source, Dc& dest, QPoint from, const QRect& area)
+{
+    if (source.Mono() || dest.Mono() || area.isEmpty())
+        return false;
+    source.EndPainter();
+    dest.EndPainter();
+    const QImage* src = source.Target();
+    QImage* dst = dest.Target();
+    if (!src || !dst || src->isNull() || dst->isNull() || src->depth() != 32 || dst->depth() != 32 ||
+        !src->rect().contains(QRect(from, area.size())))
+        return false;
+    const uchar* srcBegin = src->constBits();
+    const uchar* srcEnd = srcBegin + src->sizeInBytes();
+    const uchar* dstBegin = dst->constBits();
+    const uchar* dstEnd = dstBegin + dst->sizeInBytes();
+    if (srcBegin < dstEnd && dstBegin < srcEnd)
+        return false; // the same pixels, or a view of them: the general way copies first
+    const QPoint shift = from - area.topLeft();
+    // Pixels of RGB32 images are opaque by the format's rule: a straight copy.
+    const bool opaque = src->format() == QImage::Format_RGB32 && dst->format() == QImage::Format_RGB32;
+    const uchar* in0 = src->constBits();
+    uchar* out0 = dst->bits();
+    const qsizetype inStride = src->bytesPerLine();
+    const qsizetype outStride = dst->bytesPerLine();
+    ForEachClipped(dest, area, [&](const QRect& r) {
+        const int count = r.width();
+        for (int y = r.top(); y <= r.bottom(); ++y) {
+            const auto* in = reinterpret_cast<const QRgb*>(in0 + (y + shift.y()) * inStride) + r.left() + shift.x();
+            auto* out = reinterpret_cast<QRgb*>(out0 + y * outStride) + r.left();
+            if (opaque)
+                std::memcpy(out, in, static_cast<std::size_t>(count) * sizeof(QRgb));
+            else
+                CopyOpaque(in, out, count);
+        }
+    });
+    return true;
 }
 
 QImage Scaled(const QImage& image, QSize size, bool mirrorX, bool mirrorY)
@@ -190,6 +252,8 @@ BOOL BitBlt(HDC dest, int x, int y, int width, int height, HDC source, int sx, i
     if (!s)
         return FALSE;
     const QPoint from = s->ToDevice(sx, sy);
+    if (rop == SRCCOPY && CopyDirectly(*s, *d, from, area))
+        return TRUE;
     const QImage pixels = SourceAsDestination(*s, *d, QRect(from, area.size()));
     Blend(*d, area, pixels, rop);
     return TRUE;

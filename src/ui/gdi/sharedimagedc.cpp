@@ -76,10 +76,29 @@ public:
     std::uintptr_t Adopt(int fd) override
     {
         HANDLE block = AdoptFileMappingDescriptor(fd);
-        return block ? reinterpret_cast<std::uintptr_t>(OpenSharedImageDC(block)) : 0;
+        if (!block)
+            return 0;
+        // A program that previews draws into the same image again and again:
+        // the last one stays mapped, so that the next call maps nothing.
+        if (m_last && FileMappingDescriptor(block) == FileMappingDescriptor(m_lastBlock)) {
+            CloseHandle(block);
+            Dc* dc = gdi::NewImageDc(m_last);
+            dc->block = m_lastBlock;
+            return reinterpret_cast<std::uintptr_t>(dc->handle);
+        }
+        HDC dc = OpenSharedImageDC(block);
+        if (Dc* d = Get<Dc>(dc)) {
+            m_last = d->surface;
+            m_lastBlock = d->block;
+        }
+        return reinterpret_cast<std::uintptr_t>(dc);
     }
 
     void Release(std::uintptr_t value) override { DeleteDC(reinterpret_cast<HDC>(value)); }
+
+private:
+    std::shared_ptr<QImage> m_last; // keeps its block mapped
+    HANDLE m_lastBlock = nullptr;   // valid while m_last lives
 };
 
 ImageCarrier g_carrier;

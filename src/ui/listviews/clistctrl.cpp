@@ -1,5 +1,6 @@
 #include "ui/listviews/clistctrl.h"
 
+#include "ui/controls/controlclass.h"
 #include "ui/images/cimagelist.h"
 #include "ui/listviews/clistctrl_p.h"
 
@@ -24,6 +25,10 @@ BOOL CListCtrl::Create(DWORD style, const RECT& rect, CWnd* parent, UINT id)
 }
 
 namespace {
+
+// Dialog templates name the list view by its window class.
+const bool g_listViewClass =
+    vx::RegisterControlClass("SysListView32", [] { return std::unique_ptr<CWnd>(new CListCtrl); });
 
 template <class T>
 LPARAM P(T* pointer)

@@ -58,3 +58,20 @@ TEST_F(TempDir, DeleteMoveAndAttributes)
     EXPECT_FALSE(CreateDirectoryA((dir + "\\made").c_str(), nullptr));
     EXPECT_TRUE(RemoveDirectoryA((dir + "/made").c_str()));
 }
+
+TEST(GetCurrentDirectory, TellsTheSizeItNeeds)
+{
+    vxtest::TempDir dir;
+    char before[MAX_PATH];
+    ASSERT_GT(GetCurrentDirectoryA(sizeof before, before), 0u);
+    ASSERT_TRUE(SetCurrentDirectoryA(dir.Path().c_str()));
+    char here[MAX_PATH];
+    const DWORD length = GetCurrentDirectoryA(sizeof here, here);
+    EXPECT_EQ(std::string(here), dir.Path());
+    EXPECT_EQ(length, dir.Path().size());
+    char small[4] = "abc";
+    EXPECT_EQ(GetCurrentDirectoryA(sizeof small, small), dir.Path().size() + 1);
+    EXPECT_STREQ(small, "abc");
+    EXPECT_FALSE(SetCurrentDirectoryA(dir.Path("missing").c_str()));
+    EXPECT_TRUE(SetCurrentDirectoryA(before));
+}

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -171,3 +172,65 @@ TEST(ShellExecute, SchemesAreAsciiUnderASingleByteLocale)
     ASSERT_EQ(links.opened.size(), 1u);
     EXPECT_EQ(links.opened[0].rfind("file://", 0), 0u) << links.opened[0];
 }
+
+namespace {
+
+// Where PATH finds a program.
+std::string InPath(const char* name)
+{
+    std::istringstream path(std::getenv("PATH") ? std::getenv("PATH") : "");
+    std::string dir;
+    while (std::getline(path, dir, ':')) {
+        const std::string candidate = dir + "/" + name;
+        if (access(candidate.c_str(), X_OK) == 0)
+            return candidate;
+    }
+    return {};
+}
+
+// A default program for drawing exchange files (a type the desktop's own
+// database knows by its extension), in the data home of this test process.
+// The desktop's own types come from its compiled cache, which hides any
+// type a test would add by a plain glob file, so the test takes a known one.
+void DefineViewer()
+{
+    const vxtest::TempDir& home = vxtest::DataHome();
+    mkdir(home.Path("applications").c_str(), 0755);
+    vxtest::WriteBytes(home.Path("applications/vxtest-viewer.desktop"),
+                       "[Desktop Entry]\nType=Application\nName=Drawing viewer\nExec=true %f\n"
+                       "MimeType=image/vnd.dxf;\n");
+    vxtest::WriteBytes(home.Path("applications/mimeapps.list"),
+                       "[Default Applications]\nimage/vnd.dxf=vxtest-viewer.desktop\n");
+}
+
+TEST(FindExecutable, DefaultProgramOfTheTypeByTheExtension)
+{
+    DefineViewer();
+    vxtest::TempDir dir;
+    dir.Write("plan.dxf", ""); // empty, as GetFileExtShell makes it
+    dir.Write("notes.qqqzz", "x");
+    char result[MAX_PATH] = "old";
+    EXPECT_GT(reinterpret_cast<std::intptr_t>(FindExecutableA(dir.Path("plan.dxf").c_str(), nullptr, result)), 32);
+    EXPECT_EQ(std::string(result), InPath("true"));
+    // Relative to a directory.
+    result[0] = 0;
+    EXPECT_GT(reinterpret_cast<std::intptr_t>(FindExecutableA("plan.dxf", dir.Path().c_str(), result)), 32);
+    EXPECT_STRNE(result, "");
+
+    // A type nobody opens, a missing file, a missing directory.
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(FindExecutableA(dir.Path("notes.qqqzz").c_str(), nullptr, result)),
+              SE_ERR_NOASSOC);
+    EXPECT_STREQ(result, "");
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(FindExecutableA(dir.Path("gone.dxf").c_str(), nullptr, result)),
+              SE_ERR_FNF);
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(FindExecutableA("plan.dxf", dir.Path("nowhere").c_str(), result)),
+              SE_ERR_PNF);
+
+    // A program is its own.
+    dir.Write("tool", "#!/bin/sh\n");
+    chmod(dir.Path("tool").c_str(), 0755);
+    EXPECT_GT(reinterpret_cast<std::intptr_t>(FindExecutableA(dir.Path("tool").c_str(), nullptr, result)), 32);
+    EXPECT_EQ(std::string(result), dir.Path("tool"));
+}
+
+} // namespace

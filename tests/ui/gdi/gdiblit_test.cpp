@@ -106,6 +106,38 @@ TEST(BitBlt, MaskAndPaintDrawOnlyTheOpaquePixels)
     EXPECT_PIXEL(img, 2, 0, kBlue);
 }
 
+TEST(BitBlt, PlainCopyKeepsToTheClipAndTheSourcesEdge)
+{
+    Canvas src(6, 4, kBlue);
+    src.dc().SetPixel(0, 0, kRed);
+    src.dc().SetPixel(5, 3, kGreen);
+    // Between two images, whole and clipped.
+    Canvas dst(8, 6, kWhite);
+    dst.dc().BitBlt(1, 1, 6, 4, &src.dc(), 0, 0, SRCCOPY);
+    EXPECT_PIXEL(dst.Image(), 1, 1, kRed);
+    EXPECT_PIXEL(dst.Image(), 6, 4, kGreen);
+    EXPECT_PIXEL(dst.Image(), 0, 0, kWhite);
+    EXPECT_PIXEL(dst.Image(), 7, 5, kWhite);
+    Canvas clipped(8, 6, kWhite);
+    clipped.dc().IntersectClipRect(0, 0, 3, 3);
+    clipped.dc().BitBlt(1, 1, 6, 4, &src.dc(), 0, 0, SRCCOPY);
+    EXPECT_PIXEL(clipped.Image(), 2, 2, kBlue);
+    EXPECT_PIXEL(clipped.Image(), 3, 3, kWhite);
+    // A source rectangle beyond its image gives black there.
+    Canvas beyond(4, 4, kWhite);
+    beyond.dc().BitBlt(0, 0, 4, 4, &src.dc(), 4, 2, SRCCOPY);
+    EXPECT_PIXEL(beyond.Image(), 1, 1, kGreen);
+    EXPECT_PIXEL(beyond.Image(), 2, 2, kBlack);
+    // Within one image the rectangles may overlap.
+    Canvas self(6, 1, kWhite);
+    for (int x = 0; x < 3; ++x)
+        self.dc().SetPixel(x, 0, x == 0 ? kRed : x == 1 ? kGreen : kBlue);
+    self.dc().BitBlt(1, 0, 3, 1, &self.dc(), 0, 0, SRCCOPY);
+    EXPECT_PIXEL(self.Image(), 1, 0, kRed);
+    EXPECT_PIXEL(self.Image(), 2, 0, kGreen);
+    EXPECT_PIXEL(self.Image(), 3, 0, kBlue);
+}
+
 TEST(StretchBlt, ScalesAndMirrors)
 {
     Canvas src(2, 1);
