@@ -7,6 +7,7 @@
 #include "platform/windows/windowtable_p.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace vx {
 
@@ -16,6 +17,10 @@ CWnd* g_focus = nullptr;
 CWnd* g_capture = nullptr;
 CWnd* g_mainWnd = nullptr;
 CWnd* g_active = nullptr;
+
+// Counts destroyed window objects, so that a handler that returns can tell
+// cheaply whether any window object went away meanwhile.
+std::uint64_t g_windowObjectsGone = 0;
 
 std::unordered_set<const CWnd*>& LiveWindows()
 {
@@ -107,6 +112,7 @@ CWnd::~CWnd()
             w->m_parent = nullptr;
     }
     vx::LiveWindows().erase(this);
+    ++vx::g_windowObjectsGone;
     if (vx::g_focus == this)
         vx::g_focus = nullptr;
     if (vx::g_capture == this)
@@ -213,8 +219,11 @@ LRESULT CWnd::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     const CurrentMessage saved = m_current;
     m_current = CurrentMessage{message, wParam, lParam};
+    const std::uint64_t gone = vx::g_windowObjectsGone;
     const LRESULT result = WindowProc(message, wParam, lParam);
-    if (vx::LiveWindows().count(this))
+    // A handler may have deleted this object; look it up only when some
+    // window object went away.
+    if (gone == vx::g_windowObjectsGone || vx::LiveWindows().count(this))
         m_current = saved;
     return result;
 }
