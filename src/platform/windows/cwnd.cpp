@@ -3,6 +3,8 @@
 #include "platform/windows/cwnd_p.h"
 #include "platform/windows/messagepump.h"
 #include "platform/windows/windowlong.h"
+#include "platform/windows/windowparent.h"
+#include "platform/windows/windowtable_p.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -522,6 +524,18 @@ bool CWnd::WriteWindowLong(int index, LONG_PTR value)
     }
     case GWL_EXSTYLE: m_exStyle = static_cast<DWORD>(value); return true;
     case GWLP_ID: m_id = static_cast<UINT>(value); return true;
+    case GWLP_HWNDPARENT: {
+        // Only SetParent writes this word here; it moves the window into
+        // another parent, keeping its rectangle in the new parent's terms.
+        CWnd* parent = FromHandle(reinterpret_cast<HWND>(value));
+        if (parent == m_parent)
+            return true;
+        m_parent = parent;
+        vx::detail::SetParentEntry(m_hWnd, parent ? parent->m_hWnd : nullptr);
+        if (vx::detail::g_reparentHook)
+            vx::detail::g_reparentHook(*this, parent);
+        return true;
+    }
     default: return false;
     }
 }

@@ -232,6 +232,17 @@ MessageTarget* FindTarget(HWND hwnd)
     return e ? e->target : nullptr;
 }
 
+bool detail::SetParentEntry(HWND hwnd, HWND parent)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    if (!e)
+        return false;
+    e->info.parent = parent;
+    return true;
+}
+
 bool detail::WithWindow(HWND hwnd, const std::function<void(MessageTarget*, WindowExtras&)>& fn)
 {
     Table& t = TheTable();
