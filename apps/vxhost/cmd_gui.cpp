@@ -293,7 +293,18 @@ int RunScreenshot(vxhost::Args& args)
 {
     if (args.words.size() != 1 || vxhost::IsOption(args.words[0]) || args.words[0].empty())
         return vxhost::Usage("--screenshot");
-    return RunFrame(args.words[0]);
+    int rc = RunFrame(args.words[0]);
+    // The library's dialogs too, each by its own command.
+    for (const char* name : {"design", "resize"}) {
+        for (const auto& c : vxhost::Commands()) {
+            if (std::strcmp(c.name, name) != 0)
+                continue;
+            vxhost::Args shots;
+            shots.words = {"--screenshot", args.words[0]};
+            rc = c.run(shots) != 0 ? 1 : rc;
+        }
+    }
+    return rc;
 }
 
 // The tour: one shaded button, offscreen.
@@ -337,7 +348,8 @@ int RunButtonTour(vxhost::Args& args)
 } // namespace
 
 VXHOST_COMMAND_NO_TOUR("gui", "[--screenshot DIR]  a frame with buttons in every shade and state", 90, RunGui);
-VXHOST_COMMAND_NO_TOUR("--screenshot", "DIR  write a PNG of each window of the frame, then exit", 91, RunScreenshot);
+VXHOST_COMMAND_NO_TOUR("--screenshot", "DIR  write a PNG of each window of the frame and of the dialogs, then exit", 91,
+                       RunScreenshot);
 VXHOST_COMMAND("buttons", "shade a button offscreen and write its image", 92, RunButtonTour);
 
 #endif // VXHOST_WITH_UI

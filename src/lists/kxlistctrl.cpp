@@ -162,6 +162,7 @@ KXListCtrl::KXListCtrl() : d(std::make_unique<Private>(*this))
 
 KXListCtrl::~KXListCtrl()
 {
+    *d->alive = false;
     if (m_hWnd) {
         DeleteAllItems();
         // The window goes while this object's parts are still here.
@@ -327,6 +328,8 @@ BOOL KXListCtrl::DeleteAllItems()
 
 LRESULT KXListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
+    if (message == WM_DESTROY)
+        *d->alive = false;
     if (message == WM_REFLECT_BASE + WM_NOTIFY) {
         auto* hdr = reinterpret_cast<NMHDR*>(lParam);
         if (!hdr || hdr->hwndFrom != m_hWnd)

@@ -107,6 +107,10 @@ struct KXListCtrl::Private {
     // The row last found there: a row's cells are mostly visited in a run.
     // Cleared whenever a row goes.
     mutable vx::lists::XRow* lastRow = nullptr;
+    // False once the window is destroyed or the object goes. A block
+    // operation holds a copy and stops when its parent destroys the list,
+    // without looking the window up for every cell.
+    std::shared_ptr<bool> alive = std::make_shared<bool>(true);
 
     void ReadColors();
     int Count() const { return q.CListCtrl::GetItemCount(); }

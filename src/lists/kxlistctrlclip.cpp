@@ -73,9 +73,8 @@ int KXListCtrl::ModifyItemText(int row, int col, CString* text)
     if (!wasModified)
         UpdateItem(row); // the whole row takes the modified colour
     XLISTCTRL_CHANGE change{row, col, this, 0};
-    // By handle: a paste sends this for every cell.
-    if (HWND parent = ::GetParent(m_hWnd))
-        ::SendMessageA(parent, WM_XLISTCTRL_SETTEXT, reinterpret_cast<WPARAM>(&change), reinterpret_cast<LPARAM>(fresh));
+    if (CWnd* parent = GetParent())
+        parent->SendMessage(WM_XLISTCTRL_SETTEXT, reinterpret_cast<WPARAM>(&change), reinterpret_cast<LPARAM>(fresh));
     return 1;
 }
 
@@ -141,10 +140,10 @@ void KXListCtrl::ZellenLoeschen(int copyFirst)
     }
     if (d->selection.GetMode() != CellSelection::Cells || c1 < 0 || c2 >= GetColumns())
         return;
-    const HWND self = m_hWnd;
+    const std::shared_ptr<bool> alive = d->alive;
     CString empty;
-    for (int r = r1; r <= r2 && IsWindow(self); ++r) {
-        for (int c = c1; c <= c2 && IsWindow(self); ++c)
+    for (int r = r1; r <= r2 && *alive; ++r) {
+        for (int c = c1; c <= c2 && *alive; ++c)
             ModifyItemText(r, c, &empty);
     }
 }
@@ -181,7 +180,7 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
     GlobalUnlock(h);
     GlobalFree(h);
 
-    const HWND self = m_hWnd;
+    const std::shared_ptr<bool> alive = d->alive;
     const int targetWidth = c2 - c1 + 1;
     const int targetHeight = r2 - r1 + 1;
     std::string_view rest(text);
@@ -223,18 +222,18 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
             return &value;
         };
         if (width == 1 && height == 1) {
-            for (int r = r1; r <= r2 && IsWindow(self); ++r) {
-                for (int c = c1; c <= c2 && IsWindow(self); ++c)
+            for (int r = r1; r <= r2 && *alive; ++r) {
+                for (int c = c1; c <= c2 && *alive; ++c)
                     ModifyItemText(r, c, at(0, 0));
             }
         } else if (width == targetWidth && height == 1) {
-            for (int r = r1; r <= r2 && IsWindow(self); ++r) {
-                for (int c = 0; c < targetWidth && IsWindow(self); ++c)
+            for (int r = r1; r <= r2 && *alive; ++r) {
+                for (int c = 0; c < targetWidth && *alive; ++c)
                     ModifyItemText(r, c1 + c, at(0, c));
             }
         } else if (width == targetWidth && height == targetHeight) {
-            for (int r = 0; r < targetHeight && IsWindow(self); ++r) {
-                for (int c = 0; c < targetWidth && IsWindow(self); ++c)
+            for (int r = 0; r < targetHeight && *alive; ++r) {
+                for (int c = 0; c < targetWidth && *alive; ++c)
                     ModifyItemText(r1 + r, c1 + c, at(r, c));
             }
         } else {
@@ -245,8 +244,8 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
 
     if (text.find('\t') == std::string::npos && text.find('\n') == std::string::npos) {
         CString value(text.substr(0, kCellLimit).c_str());
-        for (int r = r1; r <= r2 && IsWindow(self); ++r) {
-            for (int c = c1; c <= c2 && IsWindow(self); ++c)
+        for (int r = r1; r <= r2 && *alive; ++r) {
+            for (int c = c1; c <= c2 && *alive; ++c)
                 ModifyItemText(r, c, &value);
         }
         return;
@@ -256,12 +255,12 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
     // following line moves down with it.
     int skip = 0;
     int line = 0;
-    while (!rest.empty() && IsWindow(self)) {
+    while (!rest.empty() && *alive) {
         const std::size_t end = rest.find("\r\n");
         std::string_view fields = rest.substr(0, end);
         rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 2);
         int field = 0;
-        while (IsWindow(self)) {
+        while (*alive) {
             const std::size_t tab = fields.find('\t');
             const std::string_view value = fields.substr(0, tab);
             const int col = c1 + field;
@@ -271,7 +270,7 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
                     const int row = r1 + line + skip;
                     if (row >= d->Count() || (targetHeight > 1 && row > r2))
                         return;
-                    if (ModifyItemText(row, col, &cell) || !IsWindow(self))
+                    if (ModifyItemText(row, col, &cell) || !*alive)
                         break;
                     ++skip;
                 }
@@ -281,6 +280,8 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
             fields = fields.substr(tab + 1);
             ++field;
         }
+        if (!*alive)
+            return; // the parent destroyed the list
         ++line;
         const int next = r1 + line + skip;
         if (next >= d->Count() || (targetHeight > 1 && next > r2))

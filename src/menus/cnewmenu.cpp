@@ -201,20 +201,26 @@ void CNewMenu::DrawItem(LPDRAWITEMSTRUCT item)
     const BOOL bar = !m_hParentMenu && !m_bIsPopupMenu;
     if (bar && m_dwLastActiveItem == static_cast<DWORD>(item->itemData) && !(item->itemState & ODS_HOTLIGHT))
         m_dwLastActiveItem = 0;
-    (this->*m_pActMenuDrawing->m_pItemDrawFunc)(item, bar);
+    // Through a local: GCC's vptr check misreads a member pointer taken
+    // straight from another object's member.
+    const CMenuTheme::DrawFunc draw = m_pActMenuDrawing->m_pItemDrawFunc;
+    (this->*draw)(item, bar);
 }
 
 void CNewMenu::MeasureItem(LPMEASUREITEMSTRUCT item)
 {
     if (!item || !m_pActMenuDrawing)
         return;
-    (this->*m_pActMenuDrawing->m_pMeasureItemFunc)(item, IsMenuBar(m_hMenu));
+    const CMenuTheme::MeasureFunc measure = m_pActMenuDrawing->m_pMeasureItemFunc;
+    (this->*measure)(item, IsMenuBar(m_hMenu));
 }
 
 void CNewMenu::DrawTitle(LPDRAWITEMSTRUCT item, BOOL isMenuBar)
 {
-    if (m_pActMenuDrawing)
-        (this->*m_pActMenuDrawing->m_pDrawTitle)(item, isMenuBar);
+    if (!m_pActMenuDrawing)
+        return;
+    const CMenuTheme::DrawFunc title = m_pActMenuDrawing->m_pDrawTitle;
+    (this->*title)(item, isMenuBar);
 }
 
 BOOL CNewMenu::EraseBkgnd(HWND hwnd, HDC dc)

@@ -3,6 +3,7 @@
 #include "base/vxglobals.h"
 #include "config/kprofile.h"
 #include "platform/files/appdirs.h"
+#include "platform/screens/monitors.h"
 #include "platform/windows/sysmetrics.h"
 
 #include "support/tempdir.h"
@@ -122,4 +123,19 @@ TEST_F(AttachTest, ReadsTheDisplayLayoutFromTheSuiteFile)
     EXPECT_EQ(state.enable, 2);
     EXPECT_EQ(state.first.cx, cx);
     EXPECT_EQ(state.first.cy, cy);
+}
+
+TEST_F(AttachTest, DisplayLayoutComesFromTheScreensOfTheDisplay)
+{
+    // A primary screen of 1280 x 1024 and a larger one to its left.
+    vx::SetScreens({{{0, 0, 1280, 1024}, {0, 0, 1280, 994}, true, ""},
+                    {{-1600, -100, 0, 1100}, {-1600, -100, 0, 1100}, false, ""}});
+    WriteBytes(NewFile(), "[2Monitor]\r\nEnable=1\r\n");
+    vx::AttachLibrary();
+    const vx::DisplayState& state = vx::TheDisplayState();
+    EXPECT_EQ(state.enable, 1);
+    EXPECT_EQ(CRect(state.virtualRect), CRect(-1600, -100, 1280, 1100));
+    EXPECT_EQ(state.first.cx, 1280);
+    EXPECT_EQ(state.first.cy, 1024);
+    vx::SetScreens({});
 }

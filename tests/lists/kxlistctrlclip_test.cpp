@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <memory>
 #include <string>
 
 namespace {
@@ -289,6 +290,52 @@ TEST_F(Blocks, KeysCopyPasteAndCut)
     vxtest::Key(a, 'X', false, true);
     EXPECT_EQ(WritesAsText(), (W{"1,1=", "1,2="}));
     EXPECT_EQ(ClipboardText(), "VXXLIST#1#2#1#0,1#0,1");
+}
+
+// An owner that throws the list away on the first value it is asked to write.
+class DestroyingParent : public CWnd {
+public:
+    std::unique_ptr<KXListCtrl> list;
+    int writes = 0;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_XLISTCTRL_SETTEXT) {
+            ++writes;
+            list.reset();
+            return 0;
+        }
+        return CWnd::WindowProc(message, wParam, lParam);
+    }
+};
+
+TEST(BlockOwner, AListDestroyedByItsParentInAPasteStopsThere)
+{
+    DestroyingParent parent;
+    ASSERT_TRUE(parent.CreateEx("parent", "XListParent", WS_POPUP | WS_VISIBLE, CRect(0, 0, 300, 200)));
+    for (const char* text : {"VXXLIST#1#2#2#a#b#c#d", "a\tb\r\nc\td\r\n", "x"}) {
+        SCOPED_TRACE(text);
+        parent.writes = 0;
+        parent.list = std::make_unique<KXListCtrl>();
+        ASSERT_TRUE(parent.list->Create(WS_CHILD | WS_VISIBLE | LVS_REPORT, CRect(0, 0, 300, 200), &parent, 100));
+        FillGrid(*parent.list, 4, 3);
+        parent.list->SetCellMode(TRUE);
+        Select(*parent.list, 0, 0, 1, 1);
+        PutText(text);
+        parent.list->ZellenEinfuegen(-1, -1, -1, -1);
+        EXPECT_EQ(parent.writes, 1);
+        EXPECT_EQ(parent.list, nullptr);
+    }
+    // Clearing a block likewise.
+    parent.writes = 0;
+    parent.list = std::make_unique<KXListCtrl>();
+    ASSERT_TRUE(parent.list->Create(WS_CHILD | WS_VISIBLE | LVS_REPORT, CRect(0, 0, 300, 200), &parent, 100));
+    FillGrid(*parent.list, 4, 3);
+    parent.list->SetCellMode(TRUE);
+    Select(*parent.list, 0, 0, 2, 2);
+    parent.list->ZellenLoeschen(0);
+    EXPECT_EQ(parent.writes, 1);
 }
 
 } // namespace

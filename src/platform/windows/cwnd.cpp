@@ -568,6 +568,14 @@ BOOL CWnd::ShowWindow(int command)
 void CWnd::ApplyShowState(int command)
 {
     m_style = command == SW_HIDE ? (m_style & ~WS_VISIBLE) : (m_style | WS_VISIBLE);
+    // The minimised and maximised states, which IsIconic, IsZoomed and the
+    // placement report; the desktop shows a top-level window as it likes.
+    if (command == SW_MINIMIZE || command == SW_SHOWMINIMIZED || command == SW_SHOWMINNOACTIVE)
+        m_style = (m_style | WS_MINIMIZE) & ~WS_MAXIMIZE;
+    else if (command == SW_SHOWMAXIMIZED)
+        m_style = (m_style | WS_MAXIMIZE) & ~WS_MINIMIZE;
+    else if (command == SW_SHOWNORMAL || command == SW_RESTORE)
+        m_style &= ~(WS_MINIMIZE | WS_MAXIMIZE);
     if (m_backend)
         m_backend->Show(command != SW_HIDE);
 }

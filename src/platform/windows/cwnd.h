@@ -217,8 +217,8 @@ public:
     BOOL IsWindowVisible() const;
     BOOL EnableWindow(BOOL enable = TRUE);
     BOOL IsWindowEnabled() const;
-    BOOL IsIconic() const { return FALSE; }
-    BOOL IsZoomed() const { return FALSE; }
+    BOOL IsIconic() const { return (GetStyle() & WS_MINIMIZE) != 0; }
+    BOOL IsZoomed() const { return (GetStyle() & WS_MAXIMIZE) != 0; }
     DWORD GetStyle() const { return m_style; }
     DWORD GetExStyle() const { return m_exStyle; }
     // Changes style bits; SWP_FRAMECHANGED in `flags` repaints the window.

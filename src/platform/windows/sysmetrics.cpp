@@ -1,5 +1,7 @@
 #include "platform/windows/sysmetrics.h"
 
+#include "platform/screens/monitors.h"
+
 #include <atomic>
 
 namespace vx {
@@ -105,6 +107,9 @@ COLORREF FixedSysColor(int index)
 
 int GetSystemMetrics(int index)
 {
+    // The screens answer for themselves (platform/screens/monitors.h).
+    if (int value = 0; vx::ScreenMetric(index, value))
+        return value;
     if (vx::SystemMetricsProvider* p = vx::g_provider.load())
         return p->Metric(index);
     return vx::FixedSystemMetric(index);

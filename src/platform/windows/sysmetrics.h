@@ -3,7 +3,9 @@
 // By default both answer from one fixed table (a classic desktop of
 // 1280 x 1024 with the classic colour scheme), so that layouts and rendered
 // pixels are the same on every machine. A host (vxbase-ui) may install a
-// provider that answers from the real display instead.
+// provider that answers from the real display instead. The metrics of the
+// screens (their sizes, the virtual desktop, SM_CMONITORS) always come from
+// the process's list of screens (platform/screens/monitors.h).
 #pragma once
 
 #include "platform/framework/wintypes.h"

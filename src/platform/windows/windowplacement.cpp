@@ -11,7 +11,9 @@ BOOL GetWindowPlacement(HWND hwnd, WINDOWPLACEMENT* placement)
         return FALSE;
     WINDOWPLACEMENT wp{};
     wp.length = sizeof wp;
-    wp.showCmd = (window->GetStyle() & WS_MAXIMIZE) ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
+    wp.showCmd = (window->GetStyle() & WS_MINIMIZE)   ? SW_SHOWMINIMIZED
+                 : (window->GetStyle() & WS_MAXIMIZE) ? SW_SHOWMAXIMIZED
+                                                      : SW_SHOWNORMAL;
     wp.ptMinPosition = POINT{-1, -1};
     wp.ptMaxPosition = POINT{-1, -1};
     window->GetWindowRect(&wp.rcNormalPosition);

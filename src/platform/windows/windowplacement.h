@@ -25,8 +25,8 @@ struct WINDOWPLACEMENT {
 
 // The placement of a window of this process: its rectangle in screen
 // coordinates (a child's in its parent's client coordinates) and
-// SW_SHOWMAXIMIZED for a maximised window, else
-// SW_SHOWNORMAL (a hidden window reports the state it would be shown in, so
+// SW_SHOWMINIMIZED or SW_SHOWMAXIMIZED for a minimised or maximised window,
+// else SW_SHOWNORMAL (a hidden window reports the state it would be shown in, so
 // that another window can take it over). FALSE for an unknown window.
 VXBASE_EXPORT BOOL GetWindowPlacement(HWND hwnd, WINDOWPLACEMENT* placement);
 // Moves the window to rcNormalPosition and shows it by showCmd. A window of

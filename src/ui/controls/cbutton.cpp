@@ -279,14 +279,49 @@ LRESULT CButton::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     }
     case BM_GETIMAGE:
         return reinterpret_cast<LRESULT>(m_image);
-    case WM_SETTEXT: {
+    case WM_SETTEXT:
+    case WM_SETFONT: {
         const LRESULT r = CWnd::DefWindowProc(message, wParam, lParam);
+        ShapeGroup();
         Redraw();
         return r;
     }
+    case WM_CREATE:
+    case WM_SIZE:
+        ShapeGroup();
+        return 0;
     default:
         return CWnd::DefWindowProc(message, wParam, lParam);
     }
+}
+
+void CButton::ShapeGroup()
+{
+    // A group box is its frame and its caption: the controls inside it,
+    // which lie below it, show through and take the mouse.
+    if (TypeOf(GetStyle()) != BS_GROUPBOX || !m_hWnd)
+        return;
+    CRect r;
+    GetClientRect(&r);
+    CClientDC dc(this);
+    HFONT font = reinterpret_cast<HFONT>(SendMessage(WM_GETFONT));
+    HGDIOBJ old = ::SelectObject(dc, font ? font : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT)));
+    TEXTMETRICA tm{};
+    dc.GetTextMetrics(&tm);
+    const CString text = GetWindowTextString();
+    const CSize extent = text.IsEmpty() ? CSize(0, 0) : dc.GetTextExtent(text);
+    ::SelectObject(dc, old);
+    const int frameTop = r.top + tm.tmHeight / 2;
+    HRGN shape = CreateRectRgn(r.left, frameTop, r.right, r.bottom);
+    HRGN inside = CreateRectRgn(r.left + 2, frameTop + 2, r.right - 2, r.bottom - 2);
+    CombineRgn(shape, shape, inside, RGN_DIFF);
+    DeleteObject(inside);
+    if (extent.cx > 0) {
+        HRGN caption = CreateRectRgn(r.left + 8, r.top, r.left + 8 + extent.cx + 4, r.top + tm.tmHeight);
+        CombineRgn(shape, shape, caption, RGN_OR);
+        DeleteObject(caption);
+    }
+    SetWindowRgn(m_hWnd, shape, TRUE);
 }
 
 void CButton::Paint()

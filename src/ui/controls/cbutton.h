@@ -99,6 +99,7 @@ protected:
 private:
     void Click();
     void Notify(UINT code);
+    void ShapeGroup();
     void Paint();
     void PaintPlain(HDC dc, const RECT& client, UINT state);
     void Redraw();

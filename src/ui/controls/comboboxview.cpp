@@ -230,19 +230,22 @@ void ComboView::Drop(CComboBox& c)
 
 void ComboView::CloseUp(CComboBox& c, bool ok)
 {
-    const HWND self = c.m_hWnd;
-    Notify(c, ok ? CBN_SELENDOK : CBN_SELENDCANCEL);
-    if (!IsWindow(self) || !m_dropped)
-        return;
+    // The list lets go of the mouse and goes before the parent hears of the
+    // end, which may open a dialog of its own; the order of the
+    // notifications is the platform's.
+    const bool wasDropped = m_dropped;
     m_dropped = false;
-    if (m_list && m_list->m_hWnd) {
+    if (wasDropped && m_list && m_list->m_hWnd) {
         m_list->SendMessage(kListComboMode, 0);
         if (CWnd::GetCapture() == m_list.get())
             CWnd::ReleaseCapture();
         m_list->ShowWindow(SW_HIDE);
     }
     c.Invalidate(FALSE);
-    Notify(c, CBN_CLOSEUP);
+    const HWND self = c.m_hWnd;
+    Notify(c, ok ? CBN_SELENDOK : CBN_SELENDCANCEL);
+    if (wasDropped && IsWindow(self))
+        Notify(c, CBN_CLOSEUP);
 }
 
 // The user's choice of an item: the model takes it and the parent hears of it.

@@ -7,12 +7,14 @@
 #include "ui/dialogs/modalloop.h"
 #include "ui/gdi/cdc.h"
 #include "ui/gdi/cgdiobject.h"
+#include "ui/windows/qtinterop.h"
 #include "ui/windows/windowsizing.h"
 
 #include "platform/windows/cframewnd.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <cstring>
+#include <utility>
 #include <map>
 #include <optional>
 #include <vector>
@@ -364,6 +366,15 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
                     reinterpret_cast<LPARAM>(cancel ? cancel->m_hWnd : nullptr));
         return 0;
     }
+    case WM_SETICON: {
+        // The desktop shows it in the caption and the task bar.
+        const std::size_t which = wParam == ICON_BIG ? 1 : 0;
+        HICON old = std::exchange(d->icons[which], reinterpret_cast<HICON>(lParam));
+        vx::SetWindowIcon(*this, d->icons[1] ? d->icons[1] : d->icons[0]);
+        return reinterpret_cast<LRESULT>(old);
+    }
+    case WM_GETICON:
+        return reinterpret_cast<LRESULT>(d->icons[wParam == ICON_BIG ? 1 : 0]);
     case DM_GETDEFID:
         return d->defId ? static_cast<LRESULT>(MAKELONG(static_cast<WORD>(d->defId), DC_HASDEFID)) : 0;
     case DM_SETDEFID:

@@ -30,5 +30,6 @@ struct CDialog::Private {
     bool modal = false;
     bool ending = false;
     CWnd* lastFocus = nullptr;
+    HICON icons[2] = {nullptr, nullptr}; // small, big
     vx::SizeGripTracker grip;
 };

@@ -16,10 +16,25 @@
 namespace vx {
 namespace {
 
-std::map<UINT, DialogTemplate>& Registry()
+struct Entry {
+    DialogTemplate made;
+    std::function<DialogTemplate()> build;
+};
+
+std::map<UINT, Entry>& Registry()
 {
-    static auto* registry = new std::map<UINT, DialogTemplate>;
+    static auto* registry = new std::map<UINT, Entry>;
     return *registry;
+}
+
+bool Refused(UINT id, const CString& reason)
+{
+    if (reason.IsEmpty())
+        return false;
+    CString text;
+    text.Format("dialog template %u refused: %s", id, reason.GetString());
+    ReportDialogError(text);
+    return true;
 }
 
 CString& LastError()
@@ -165,14 +180,17 @@ CString DialogTemplate::Check() const
 
 bool RegisterDialogTemplate(UINT id, const DialogTemplate& dialogTemplate)
 {
-    CString reason = id == 0 ? CString("0 is not a resource id") : dialogTemplate.Check();
-    if (!reason.IsEmpty()) {
-        CString text;
-        text.Format("dialog template %u refused: %s", id, reason.GetString());
-        ReportDialogError(text);
+    if (Refused(id, id == 0 ? CString("0 is not a resource id") : dialogTemplate.Check()))
         return false;
-    }
-    Registry()[id] = dialogTemplate;
+    Registry()[id] = Entry{dialogTemplate, {}};
+    return true;
+}
+
+bool RegisterDialogTemplate(UINT id, std::function<DialogTemplate()> build)
+{
+    if (Refused(id, id == 0 ? CString("0 is not a resource id") : CString(build ? "" : "no builder")))
+        return false;
+    Registry()[id] = Entry{DialogTemplate(), std::move(build)};
     return true;
 }
 
@@ -184,7 +202,15 @@ void UnregisterDialogTemplate(UINT id)
 const DialogTemplate* FindDialogTemplate(UINT id)
 {
     const auto it = Registry().find(id);
-    return it == Registry().end() ? nullptr : &it->second;
+    if (it == Registry().end())
+        return nullptr;
+    Entry& entry = it->second;
+    if (entry.build) {
+        entry.made = entry.build();
+        if (Refused(id, entry.made.Check()))
+            return nullptr;
+    }
+    return &entry.made;
 }
 
 CString LastDialogError()

@@ -21,6 +21,7 @@
 #include "platform/windows/cwnd.h"
 #include "vxbase_ui_export.h"
 
+#include <functional>
 #include <vector>
 
 // Dialog styles.
@@ -102,6 +103,10 @@ public:
 // Registers (or replaces) the template of a resource id. Refuses, with
 // false, id 0 and a template that Check rejects.
 VXBASE_UI_EXPORT bool RegisterDialogTemplate(UINT id, const DialogTemplate& dialogTemplate);
+// Registers a template that is built when it is asked for, so that its texts
+// (kept in UTF-8 by the library) come out in the code page of that moment. A
+// built template that Check rejects is refused then.
+VXBASE_UI_EXPORT bool RegisterDialogTemplate(UINT id, std::function<DialogTemplate()> build);
 VXBASE_UI_EXPORT void UnregisterDialogTemplate(UINT id);
 // The registered template, or null.
 VXBASE_UI_EXPORT const DialogTemplate* FindDialogTemplate(UINT id);

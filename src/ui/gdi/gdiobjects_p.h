@@ -12,6 +12,9 @@
 #include <QPainter>
 #include <QRegion>
 
+#include <string>
+#include <unordered_map>
+
 #include <memory>
 #include <vector>
 
@@ -68,6 +71,9 @@ struct Font final : Object {
     int pixelSize = 0; // em size in pixels
     std::unique_ptr<QFontMetrics> fm; // null without a GUI application
     TEXTMETRICA tm{};
+    // Widths of texts measured before: the same texts come again and again
+    // (labels, captions) and shaping them is the dear part of measuring.
+    mutable std::unordered_map<std::string, int> widths;
 };
 
 // The pixels of a DIB section live in memory the caller writes; the image is

@@ -81,7 +81,13 @@ int PlainWidth(const Font& f, const std::string& bytes)
         return 0;
     if (f.marlett || !f.fm)
         return static_cast<int>(bytes.size()) * f.tm.tmAveCharWidth;
-    return f.fm->horizontalAdvance(ToQt(f, bytes));
+    if (const auto known = f.widths.find(bytes); known != f.widths.end())
+        return known->second;
+    if (f.widths.size() >= 4096)
+        f.widths.clear();
+    const int width = f.fm->horizontalAdvance(ToQt(f, bytes));
+    f.widths.emplace(bytes, width);
+    return width;
 }
 
 // Width of a line; tabs advance to the next stop when `tabs` is set.

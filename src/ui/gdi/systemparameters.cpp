@@ -1,6 +1,7 @@
 #include "ui/gdi/wingdi.h"
 
 #include "platform/windows/cwnd.h"
+#include "platform/screens/monitors.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <cstring>
@@ -96,9 +97,14 @@ BOOL SystemParametersInfoA(UINT action, UINT param, void* data, UINT winIni)
     case SPI_GETWORKAREA:
         if (!data)
             return FALSE;
-        *static_cast<RECT*>(data) = RECT{GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN),
-                                         GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    {
+        // The work area of the primary screen.
+        MONITORINFO info{sizeof info, {}, {}, 0};
+        if (!GetMonitorInfoA(MonitorFromPoint(POINT{0, 0}, MONITOR_DEFAULTTOPRIMARY), &info))
+            return FALSE;
+        *static_cast<RECT*>(data) = info.rcWork;
         return TRUE;
+    }
     case SPI_GETHIGHCONTRAST:
         if (!data)
             return FALSE;

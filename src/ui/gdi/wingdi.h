@@ -540,6 +540,14 @@ VXBASE_UI_EXPORT LONG SetBitmapBits(HBITMAP bitmap, DWORD bytes, const void* bit
 VXBASE_UI_EXPORT HRGN CreateRectRgn(int left, int top, int right, int bottom);
 VXBASE_UI_EXPORT HRGN CreateRectRgnIndirect(const RECT* rect);
 VXBASE_UI_EXPORT int CombineRgn(HRGN dest, HRGN a, HRGN b, int mode);
+// Gives a window the shape of `region` (window coordinates; the system owns
+// the region from then on), or its rectangle back for null. Outside its
+// shape a window neither paints nor takes the mouse, so what lies beneath
+// shows. Answers 0 for an unknown window.
+VXBASE_UI_EXPORT int SetWindowRgn(HWND window, HRGN region, BOOL redraw);
+// Copies the window's shape into `region`: its type, or ERROR (0) when the
+// window has none.
+VXBASE_UI_EXPORT int GetWindowRgn(HWND window, HRGN region);
 VXBASE_UI_EXPORT BOOL PtInRegion(HRGN region, int x, int y);
 VXBASE_UI_EXPORT int GetRgnBox(HRGN region, RECT* box);
 VXBASE_UI_EXPORT int OffsetRgn(HRGN region, int dx, int dy);

@@ -40,6 +40,8 @@ VXBASE_UI_EXPORT QImage ImageOfDC(HDC dc);
 VXBASE_UI_EXPORT void SetResourceImage(UINT kind, UINT id, const QImage& image);
 // The widget that shows a window, or null for a window without one.
 VXBASE_UI_EXPORT QWidget* WidgetOfWindow(const CWnd* window);
+// The icon the desktop shows for a top-level window (null: none).
+VXBASE_UI_EXPORT void SetWindowIcon(CWnd& window, HICON icon);
 // The window and its visible children as they show, painted through their
 // handlers, in an image of the window's size (null for a window without one).
 VXBASE_UI_EXPORT QImage RenderWindow(CWnd& window);

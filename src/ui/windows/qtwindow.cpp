@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -421,6 +422,9 @@ QtWindowBackend::QtWindowBackend(CWnd& owner, CWnd* parent, DWORD style, DWORD e
         // A new child goes below its siblings: the first made lies on top,
         // as dialog controls do.
         m_widget->lower();
+        // Hidden until ShowWindow shows it: Qt would show a child it was
+        // never told about along with its parent.
+        m_widget->hide();
     }
 }
 
@@ -597,18 +601,48 @@ void QtWindowBackend::SetZOrder(bool top)
         m_widget->lower();
 }
 
+namespace {
+
+void ReleaseStore(void* store)
+{
+    delete static_cast<std::shared_ptr<QImage>*>(store);
+}
+
+// A room for the surface with space to grow, so that a window that is
+// resized step by step keeps its pixels in place instead of being copied.
+int Roomy(int n)
+{
+    return n + n / 4 + 16;
+}
+
+} // namespace
+
 std::shared_ptr<QImage> QtWindowBackend::Surface()
 {
     const QSize size(std::max(1, m_rect.Width()), std::max(1, m_rect.Height()));
-    if (!m_surface || m_surface->size() != size) {
-        auto fresh = std::make_shared<QImage>(size, QImage::Format_RGB32);
-        fresh->fill(gdi::ToRgb(GetSysColor(COLOR_BTNFACE)));
+    if (m_surface && m_surface->size() == size)
+        return m_surface;
+    const QSize old = m_surface ? m_surface->size() : QSize(0, 0);
+    const QRgb face = gdi::ToRgb(GetSysColor(COLOR_BTNFACE));
+    if (!m_store || m_store->width() < size.width() || m_store->height() < size.height()) {
+        auto store = std::make_shared<QImage>(Roomy(size.width()), Roomy(size.height()), QImage::Format_RGB32);
+        store->fill(face);
         if (m_surface) {
-            QPainter p(fresh.get());
+            QPainter p(store.get());
             p.drawImage(0, 0, *m_surface);
         }
-        m_surface = std::move(fresh);
+        m_store = std::move(store);
+    } else {
+        // What shows now for the first time starts in the face colour.
+        QPainter p(m_store.get());
+        if (size.width() > old.width())
+            p.fillRect(QRect(old.width(), 0, size.width() - old.width(), size.height()), QColor::fromRgb(face));
+        if (size.height() > old.height())
+            p.fillRect(QRect(0, old.height(), size.width(), size.height() - old.height()), QColor::fromRgb(face));
     }
+    // The surface is a view of the room; it keeps the room alive.
+    m_surface = std::make_shared<QImage>(m_store->bits(), size.width(), size.height(), m_store->bytesPerLine(),
+                                         QImage::Format_RGB32, &ReleaseStore, new std::shared_ptr<QImage>(m_store));
     return m_surface;
 }
 
@@ -645,10 +679,73 @@ QtWindowBackend* QtBackendOf(HWND window)
     return QtBackendOf(CWnd::FromHandle(window));
 }
 
+void QtWindowBackend::SetShape(const QRegion& shape, bool set)
+{
+    m_shape = shape;
+    m_hasShape = set;
+    if (!m_widget)
+        return;
+    if (set)
+        m_widget->setMask(shape);
+    else
+        m_widget->clearMask();
+}
+
+} // namespace vx
+
+int SetWindowRgn(HWND window, HRGN region, BOOL redraw)
+{
+    CWnd* w = CWnd::FromHandle(window);
+    if (!w)
+        return 0;
+    QRegion shape;
+    if (auto* r = vx::gdi::Get<vx::gdi::Region>(region))
+        shape = r->region;
+    if (vx::QtWindowBackend* b = vx::QtBackendOf(w))
+        b->SetShape(shape, region != nullptr);
+    if (region)
+        DeleteObject(region);
+    if (redraw)
+        w->Invalidate();
+    return 1;
+}
+
+int GetWindowRgn(HWND window, HRGN region)
+{
+    vx::QtWindowBackend* b = vx::QtBackendOf(window);
+    auto* r = vx::gdi::Get<vx::gdi::Region>(region);
+    if (!b || !r || !b->HasShape())
+        return 0;
+    r->region = b->Shape();
+    return r->region.isEmpty() ? NULLREGION : (r->region.rectCount() == 1 ? SIMPLEREGION : COMPLEXREGION);
+}
+
+namespace vx {
+
 QWidget* WidgetOfWindow(const CWnd* window)
 {
     QtWindowBackend* b = QtBackendOf(window);
     return b ? b->Widget() : nullptr;
+}
+
+void SetWindowIcon(CWnd& window, HICON icon)
+{
+    QWidget* w = WidgetOfWindow(&window);
+    if (!w || !w->isWindow())
+        return;
+    if (!icon) {
+        w->setWindowIcon(QIcon());
+        return;
+    }
+    QImage image = ImageOfIcon(icon).convertToFormat(QImage::Format_ARGB32);
+    const QImage mask = ImageOfIcon(icon, true);
+    for (int y = 0; y < image.height() && y < mask.height(); ++y) {
+        for (int x = 0; x < image.width() && x < mask.width(); ++x) {
+            if (gdi::MonoBit(mask.pixel(x, y)))
+                image.setPixel(x, y, 0);
+        }
+    }
+    w->setWindowIcon(QIcon(QPixmap::fromImage(image)));
 }
 
 QImage RenderWindow(CWnd& window)

@@ -91,6 +91,10 @@ public:
     // A move or resize that came from the desktop (the user or the window manager).
     void DesktopGeometry(const QRect& rect);
     bool SettingGeometry() const { return m_settingGeometry; }
+    // The window's shape (SetWindowRgn); empty for the whole rectangle.
+    void SetShape(const QRegion& shape, bool set);
+    bool HasShape() const { return m_hasShape; }
+    const QRegion& Shape() const { return m_shape; }
 
 private:
     void ApplySizeLimits();
@@ -101,8 +105,11 @@ private:
     bool m_settingGeometry = false;
     CRect m_rect;
     std::shared_ptr<QImage> m_surface;
+    std::shared_ptr<QImage> m_store; // the room the surface lies in
     QRegion m_pending;
     bool m_erase = false;
+    QRegion m_shape;
+    bool m_hasShape = false;
     bool m_painted = false;
 };
 

@@ -37,25 +37,9 @@ COLORREF FromQt(const QColor& c)
 
 class QtPaletteProvider final : public SystemMetricsProvider {
 public:
-    int Metric(int index) override
-    {
-        const QScreen* screen = QGuiApplication::primaryScreen();
-        if (!screen)
-            return FixedSystemMetric(index);
-        const QRect all = screen->virtualGeometry();
-        switch (index) {
-        case SM_CXSCREEN: return screen->geometry().width();
-        case SM_CYSCREEN: return screen->geometry().height();
-        case SM_CXFULLSCREEN: return screen->availableGeometry().width();
-        case SM_CYFULLSCREEN: return screen->availableGeometry().height();
-        case SM_XVIRTUALSCREEN: return all.left();
-        case SM_YVIRTUALSCREEN: return all.top();
-        case SM_CXVIRTUALSCREEN: return all.width();
-        case SM_CYVIRTUALSCREEN: return all.height();
-        case SM_CMONITORS: return static_cast<int>(QGuiApplication::screens().size());
-        default: return FixedSystemMetric(index);
-        }
-    }
+    // The screens' metrics come from the list of screens, which follows Qt's
+    // screens when a display exists; the rest stays classic.
+    int Metric(int index) override { return FixedSystemMetric(index); }
 
     COLORREF Color(int index) override
     {
@@ -115,6 +99,8 @@ void InitUi(int& argc, char** argv)
         g_ownApp = new QApplication(argc, argv);
     }
     InstallQtMessagePump();
+    if (HasDisplay())
+        UseQtScreens(true);
 }
 
 void InitUi()
@@ -127,6 +113,7 @@ void InitUi()
 
 void ShutdownUi()
 {
+    UseQtScreens(false);
     delete g_notifier;
     g_notifier = nullptr;
     delete g_ownApp;
@@ -167,6 +154,12 @@ void ProcessUiEvents(int milliseconds)
         QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
         loop.exec();
     }
+}
+
+void ProcessPaintEvents()
+{
+    if (QCoreApplication::instance())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
 }
 
 void UseQtPalette(bool use)

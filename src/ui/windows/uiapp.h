@@ -40,9 +40,17 @@ VXBASE_UI_EXPORT int RunUi();
 // Handles what is waiting now (Qt events, posted messages, due timers),
 // then keeps doing so for `milliseconds`.
 VXBASE_UI_EXPORT void ProcessUiEvents(int milliseconds = 0);
-// System colours and screen metrics from Qt's palette and screens (true), or
-// from the fixed classic table that makes pixels reproducible (false, the
-// default).
+// Lets the windows paint what waits to be painted, and nothing else: no
+// input, no posted messages or timers (a long operation that keeps its
+// window fresh).
+VXBASE_UI_EXPORT void ProcessPaintEvents();
+// System colours from Qt's palette (true), or from the fixed classic table
+// that makes pixels reproducible (false, the default).
 VXBASE_UI_EXPORT void UseQtPalette(bool use);
+// The list of screens (platform/screens/monitors.h) from Qt's screens, kept
+// up to date as screens come, go and change (true), or the one screen of the
+// classic desktop (false). InitUi turns it on when a display exists. Each
+// change sets the display state afresh (StartDualMonitor).
+VXBASE_UI_EXPORT void UseQtScreens(bool use);
 
 } // namespace vx

@@ -84,3 +84,21 @@ TEST(WindowPlacement, HandsAPlaceToAnotherWindowAndBack)
     mine.ScreenToClient(&r);
     EXPECT_EQ(r, CRect(10, 20, 110, 70));
 }
+
+TEST(WindowPlacement, MinimisedAndMaximisedStatesAreKeptAndReported)
+{
+    CWnd w;
+    w.CreateEx("AT", "VxFrame", WS_OVERLAPPED, CRect(0, 0, 200, 100));
+    w.ShowWindow(SW_MINIMIZE);
+    EXPECT_TRUE(w.IsIconic());
+    EXPECT_EQ(PlacementOf(w).showCmd, static_cast<UINT>(SW_SHOWMINIMIZED));
+    w.ShowWindow(SW_SHOW); // showing keeps the state
+    EXPECT_TRUE(w.IsIconic());
+    w.ShowWindow(SW_SHOWMAXIMIZED);
+    EXPECT_FALSE(w.IsIconic());
+    EXPECT_TRUE(w.IsZoomed());
+    EXPECT_EQ(PlacementOf(w).showCmd, static_cast<UINT>(SW_SHOWMAXIMIZED));
+    w.ShowWindow(SW_RESTORE);
+    EXPECT_FALSE(w.IsZoomed());
+    EXPECT_EQ(PlacementOf(w).showCmd, static_cast<UINT>(SW_SHOWNORMAL));
+}
