@@ -4,6 +4,7 @@
 // dialog is driven as a user would drive it.
 #include "partneropen.h"
 
+#include <vxbase.h>
 #include <vxbase_ui.h>
 
 #include <QAbstractItemView>
@@ -11,7 +12,6 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QPainter>
-#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
@@ -84,7 +84,8 @@ private:
     {
         Line(std::string("picks ") + name);
         view.selectFile(QString::fromLatin1(name));
-        if (!WaitUntil(5000, [&] { return frame.GetDlgItemText(edt1).Find(name) >= 0; })) {
+        CWnd* field = frame.GetDlgItem(edt1);
+        if (!field || !WaitUntil(5000, [&] { return field->GetWindowTextString().Find(name) >= 0; })) {
             Line(std::string("the view did not select ") + name);
             return false;
         }
@@ -114,6 +115,35 @@ private:
     bool m_ok = true;
 };
 
+// The preview dialog that, once it stands, hands itself to the driver.
+class DrivenDialog : public KDateiVorschauDlg {
+public:
+    using KDateiVorschauDlg::KDateiVorschauDlg;
+    std::function<void()> m_drive;
+
+protected:
+    void OnInitDone() override
+    {
+        KDateiVorschauDlg::OnInitDone();
+        if (m_drive)
+            PostMessage(kDriveMessage);
+    }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message != kDriveMessage)
+            return KDateiVorschauDlg::WindowProc(message, wParam, lParam);
+        // Once: the drive pumps messages itself.
+        const std::function<void()> drive = std::move(m_drive);
+        m_drive = nullptr;
+        if (drive)
+            drive();
+        return 0;
+    }
+
+private:
+    static constexpr UINT kDriveMessage = WM_APP + 12;
+};
+
 } // namespace
 
 int RunOpenDialog(const std::string& project, const std::string& shots)
@@ -122,15 +152,16 @@ int RunOpenDialog(const std::string& project, const std::string& shots)
         std::fprintf(stderr, "vxhost: cannot make the directory %s\n", shots.c_str());
         return 1;
     }
+    vx::InitUi();
     const HWND it = KProcessIO::ActivatePartner(MainframeIT, 0);
     Line(it ? "started IT, which draws the previews of drawings" : "IT could not be started");
     const CString text = vx::PathTextFromHost(project).c_str();
-    KDateiVorschauDlg dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    DrivenDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
     dialog.m_ofn.lpstrInitialDir = text.GetString();
     const bool drive = !shots.empty() || !vx::HasDisplay();
     Driver driver(dialog, shots);
     if (drive)
-        QTimer::singleShot(0, [&] { driver.Run(); });
+        dialog.m_drive = [&] { driver.Run(); };
     Line("opens the dialog on " + text.StdString());
     const INT_PTR result = dialog.DoModal();
     if (!drive)

@@ -41,7 +41,7 @@ struct HideState {
     CRect* cancel;
 };
 
-BOOL CALLBACK HideProc(HWND hwnd, LPARAM lParam)
+BOOL HideProc(HWND hwnd, LPARAM lParam)
 {
     auto* state = reinterpret_cast<HideState*>(lParam);
     CWnd* w = CWnd::FromHandle(hwnd);

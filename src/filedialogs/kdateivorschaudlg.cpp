@@ -178,8 +178,8 @@ void KDateiVorschauDlg::OnFileNameChange()
     CFileDialog::OnFileNameChange();
     // The drawing is made after the view's own notification has ended.
     PostMessage(vx::kVorschauBildUpdate);
-    if (CWnd* frame = GetParent())
-        frame->SetDlgItemText(edt1, GetPathName());
+    if (CWnd* frame = GetParent(); frame && frame->GetDlgItem(edt1))
+        frame->GetDlgItem(edt1)->SetWindowText(GetPathName());
 }
 
 LRESULT KDateiVorschauDlg::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)

@@ -7,6 +7,7 @@
 //       OpenPage(dlg.GetPathName());
 #pragma once
 
+#include "filedialogs/cvxfiledialog.h"
 #include "filedialogs/kvorschauwnd.h"
 #include "look/kskinbutton.h"
 #include "look/kskincheck.h"

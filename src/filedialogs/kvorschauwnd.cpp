@@ -8,6 +8,7 @@
 #include "platform/windows/cframewnd.h"
 #include "process/kprocessio.h"
 #include "ui/dialogs/dialogtemplate.h"
+#include "ui/gdi/cdc.h"
 
 #include <cstring>
 
@@ -42,7 +43,9 @@ int ModeOf(const CString& path)
     }
     if (g_MainframeType != MainframeAT)
         return 0;
-    CString ext = file.GetExtension();
+    // KVxFile folds an extension that is no page's into the title: the
+    // extension is the plain path's.
+    CString ext = KVxPath(path).GetExtension();
     if (ext.Left(1) == ".")
         ext = ext.Mid(1);
     ext = ext.Left(3);

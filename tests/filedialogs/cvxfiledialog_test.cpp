@@ -8,6 +8,8 @@
 #include "filedialogs/kdateivorschaudlg.h"
 
 #include "platform/files/hostpath.h"
+#include "ui/windows/uiapp.h"
+#include "support/printers.h"
 #include "support/tempdir.h"
 
 #include <deque>

@@ -4,6 +4,7 @@
 
 #include "filedialogs/kvorschauwnd.h"
 #include "platform/windows/cframewnd.h"
+#include "ui/windows/uiapp.h"
 
 #include <string>
 
