@@ -180,7 +180,7 @@ int RunPartner(MainframeType type, const std::vector<std::string>& words, const 
             frame.Ready();
         if (type == MainframeIT && (state == SW_HIDE || state == SW_SHOW))
             Line(frame, "started by AT with \"" + commandLine + "\"");
-        else if (!options.demo)
+        else if (!options.demo && options.open.empty())
             Line(frame, "up: \"" + frame.GetWindowTextString().StdString() + "\"; ends with its partner, or after " +
                             std::to_string(options.lifetimeSeconds) + " s without one");
         if (options.demo) {
