@@ -171,7 +171,7 @@ INT_PTR FileDialogFrame::Run(CWnd* parent)
         .CheckBox("Open as &read-only", chx1, 60, 182, 120, 10)
         .DefPushButton(open ? "&Open" : "&Save", IDOK, 240, 148, 50, 14)
         .PushButton("Cancel", IDCANCEL, 240, 164, 50, 14)
-        .Control("", lst1, "Static", 0, 7, 7, 286, 136);
+        .Control("", lst1, "Static", WS_VISIBLE, 7, 7, 286, 136);
     InitModalIndirect(t, parent);
     return DoModal();
 }
