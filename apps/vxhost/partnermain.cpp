@@ -198,6 +198,9 @@ int RunPartner(MainframeType type, const std::vector<std::string>& words, const 
             rc = ServeWhilePartnered(frame, options.lifetimeSeconds * 1000);
         }
     }
+#ifdef VXHOST_WITH_UI
+    EndPreviewUi();
+#endif
     vx::ResetPartnerLink();
     vx::StopWindowBus();
     vx::DetachLibrary();
