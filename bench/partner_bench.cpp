@@ -10,6 +10,8 @@
 // directory.
 #include <vxbase.h>
 
+#include "twoprograms.h"
+
 #include <benchmark/benchmark.h>
 
 #include <signal.h>
@@ -70,30 +72,6 @@ void StartProgram(Frame& frame, MainframeType type, const char* title)
     KProcessIO::Init(type, &frame, "", SW_SHOWNORMAL);
 }
 
-bool ReadAll(int fd, char* bytes, std::size_t size)
-{
-    while (size) {
-        const ssize_t n = read(fd, bytes, size);
-        if (n <= 0)
-            return false;
-        bytes += n;
-        size -= static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
-bool WriteAll(int fd, const char* bytes, std::size_t size)
-{
-    while (size) {
-        const ssize_t n = write(fd, bytes, size);
-        if (n <= 0)
-            return false;
-        bytes += n;
-        size -= static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
 struct Pair {
     std::string dir;
     pid_t partner = 0;
@@ -110,31 +88,12 @@ Pair& ThePair()
 {
     static Pair* pair = [] {
         auto* p = new Pair;
-        char pattern[] = "/tmp/vxbench-XXXXXX";
-        if (!mkdtemp(pattern))
+        p->dir = benchsupport::MakeScratchHome();
+        if (p->dir.empty())
             return p;
-        p->dir = pattern;
-        for (const char* name : {"settings", "config", "run"})
-            std::filesystem::create_directory(p->dir + "/" + name);
-        setenv("VXBASE_WINDOWS_DIR", (p->dir + "/settings").c_str(), 1);
-        setenv("XDG_CONFIG_HOME", (p->dir + "/config").c_str(), 1);
-        setenv("XDG_CONFIG_DIRS", (p->dir + "/config").c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", (p->dir + "/run").c_str(), 1);
 
         // The bare echo: the same bytes back and forth, nothing else.
-        int sockets[2];
-        socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets);
-        p->echo = fork();
-        if (p->echo == 0) {
-            close(sockets[0]);
-            std::vector<char> block(kBlockBytes);
-            while (ReadAll(sockets[1], block.data(), block.size()) &&
-                   WriteAll(sockets[1], block.data(), block.size())) {
-            }
-            _exit(0);
-        }
-        close(sockets[1]);
-        p->bare = sockets[0];
+        p->bare = benchsupport::StartEcho(p->echo, kBlockBytes);
 
         // The partner program.
         p->partner = fork();
@@ -159,14 +118,7 @@ Pair& ThePair()
 void EndPair()
 {
     Pair& p = ThePair();
-    kill(p.partner, SIGKILL);
-    kill(p.echo, SIGKILL);
-    waitpid(p.partner, nullptr, 0);
-    waitpid(p.echo, nullptr, 0);
-    vx::ResetPartnerLink();
-    vx::StopWindowBus();
-    std::error_code ec;
-    std::filesystem::remove_all(p.dir, ec);
+    benchsupport::EndBoth(p.partner, p.echo, p.dir);
 }
 
 // One request with its reply over the link; false if no reply came.
@@ -185,7 +137,8 @@ bool LinkRoundTrip(HWND partner, char* payload)
 
 bool BareRoundTrip(int socket, std::vector<char>& block)
 {
-    return WriteAll(socket, block.data(), block.size()) && ReadAll(socket, block.data(), block.size());
+    return benchsupport::WriteAll(socket, block.data(), block.size()) &&
+           benchsupport::ReadAll(socket, block.data(), block.size());
 }
 
 void BM_PartnerRoundTrip(benchmark::State& state)
@@ -221,12 +174,6 @@ void BM_BareSocketPingPong(benchmark::State& state)
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * 2 * kBlockBytes);
 }
 
-double Median(std::vector<double>& values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
 // Both round trips in turn, so that both see the same load of the machine:
 // the medians of each, and their ratio.
 void BM_PartnerVersusBare(benchmark::State& state)
@@ -256,8 +203,8 @@ void BM_PartnerVersusBare(benchmark::State& state)
         link.push_back(std::chrono::duration<double, std::nano>(t1 - t0).count());
         bare.push_back(std::chrono::duration<double, std::nano>(t2 - t1).count());
     }
-    const double linkMedian = Median(link);
-    const double bareMedian = Median(bare);
+    const double linkMedian = benchsupport::Median(link);
+    const double bareMedian = benchsupport::Median(bare);
     state.counters["link_median_ns"] = linkMedian;
     state.counters["bare_median_ns"] = bareMedian;
     state.counters["ratio"] = bareMedian > 0 ? linkMedian / bareMedian : 0;

@@ -15,6 +15,8 @@
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
+#include "twoprograms.h"
+
 #include <benchmark/benchmark.h>
 
 #include <signal.h>
@@ -39,30 +41,6 @@ constexpr std::size_t kPixelBytes = std::size_t(kWidth) * kHeight * 4;
 constexpr std::size_t kBlockBytes = 264;
 const char* const kPixelsPath = "C:\\Projekte\\Demo\\Schalt.ARD";
 const char* const kPicturePath = "C:\\Projekte\\Demo\\Schalt.ELD";
-
-bool ReadAll(int fd, char* bytes, std::size_t size)
-{
-    while (size) {
-        const ssize_t n = read(fd, bytes, size);
-        if (n <= 0)
-            return false;
-        bytes += n;
-        size -= static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
-bool WriteAll(int fd, const char* bytes, std::size_t size)
-{
-    while (size) {
-        const ssize_t n = write(fd, bytes, size);
-        if (n <= 0)
-            return false;
-        bytes += n;
-        size -= static_cast<std::size_t>(n);
-    }
-    return true;
-}
 
 // IT's way of drawing: vxhost's test picture for a file of ".ELD", and for
 // ".ARD" the pixels alone (filled and framed), as the bare side copies them.
@@ -107,33 +85,13 @@ Pair& ThePair()
 {
     static Pair* pair = [] {
         auto* p = new Pair;
-        char pattern[] = "/tmp/vxbench-XXXXXX";
-        if (!mkdtemp(pattern))
+        p->dir = benchsupport::MakeScratchHome();
+        if (p->dir.empty())
             return p;
-        p->dir = pattern;
-        for (const char* name : {"settings", "config", "run"})
-            std::filesystem::create_directory(p->dir + "/" + name);
-        std::filesystem::permissions(p->dir + "/run", std::filesystem::perms::owner_all);
-        setenv("VXBASE_WINDOWS_DIR", (p->dir + "/settings").c_str(), 1);
-        setenv("XDG_CONFIG_HOME", (p->dir + "/config").c_str(), 1);
-        setenv("XDG_CONFIG_DIRS", (p->dir + "/config").c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", (p->dir + "/run").c_str(), 1);
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
 
         // The bare echo: the block's bytes back, nothing else.
-        int sockets[2];
-        socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets);
-        p->echo = fork();
-        if (p->echo == 0) {
-            close(sockets[0]);
-            std::vector<char> block(kBlockBytes);
-            while (ReadAll(sockets[1], block.data(), block.size()) &&
-                   WriteAll(sockets[1], block.data(), block.size())) {
-            }
-            _exit(0);
-        }
-        close(sockets[1]);
-        p->bare = sockets[0];
+        p->bare = benchsupport::StartEcho(p->echo, kBlockBytes);
 
         // IT, which draws.
         p->partner = fork();
@@ -168,14 +126,7 @@ Pair& ThePair()
 void EndPair()
 {
     Pair& p = ThePair();
-    kill(p.partner, SIGKILL);
-    kill(p.echo, SIGKILL);
-    waitpid(p.partner, nullptr, 0);
-    waitpid(p.echo, nullptr, 0);
-    vx::ResetPartnerLink();
-    vx::StopWindowBus();
-    std::error_code ec;
-    std::filesystem::remove_all(p.dir, ec);
+    benchsupport::EndBoth(p.partner, p.echo, p.dir);
 }
 
 bool PreviewRoundTrip(Target& target, const char* file = kPixelsPath)
@@ -186,7 +137,8 @@ bool PreviewRoundTrip(Target& target, const char* file = kPixelsPath)
 
 bool BareRoundTrip(int socket, std::vector<char>& block, const std::vector<char>& pixels, std::vector<char>& copy)
 {
-    if (!WriteAll(socket, block.data(), block.size()) || !ReadAll(socket, block.data(), block.size()))
+    if (!benchsupport::WriteAll(socket, block.data(), block.size()) ||
+        !benchsupport::ReadAll(socket, block.data(), block.size()))
         return false;
     std::memcpy(copy.data(), pixels.data(), pixels.size());
     benchmark::ClobberMemory();
@@ -225,12 +177,6 @@ void BM_BareRoundTripAndCopy(benchmark::State& state)
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * kPixelBytes));
 }
 
-double Median(std::vector<double>& values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
 // Both in turn, so that both see the same load of the machine: the medians
 // of each, and their ratio.
 void BM_PreviewVersusBare(benchmark::State& state)
@@ -261,8 +207,8 @@ void BM_PreviewVersusBare(benchmark::State& state)
         preview.push_back(std::chrono::duration<double, std::nano>(t1 - t0).count());
         bare.push_back(std::chrono::duration<double, std::nano>(t2 - t1).count());
     }
-    const double previewMedian = Median(preview);
-    const double bareMedian = Median(bare);
+    const double previewMedian = benchsupport::Median(preview);
+    const double bareMedian = benchsupport::Median(bare);
     state.counters["preview_median_ns"] = previewMedian;
     state.counters["bare_median_ns"] = bareMedian;
     state.counters["ratio"] = bareMedian > 0 ? previewMedian / bareMedian : 0;

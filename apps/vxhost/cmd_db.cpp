@@ -2,7 +2,11 @@
 // and reopened by a newer one whose catalogue has one more field.
 //
 //   vxhost db             the tour: a file in a temporary directory
-//   vxhost db FILE        the same on FILE (made anew)
+//   vxhost db FILE        the same on FILE (made anew), or on a server
+//                         database given as "ODBC;DATABASE=...;SERVER=..."
+//   vxhost db copy SOURCE TARGET
+//                         copies a whole database, file or server, to a
+//                         new one (a project onto the server and back)
 #include "democommand.h"
 
 #include <vxbase.h>
@@ -40,6 +44,7 @@ void FirstCatalogue(CStringArray& names, CDWordArray& parameters)
 
 int Run(const std::string& file)
 {
+    const std::string shown = vx::WithoutPassword(file); // a connect text's password stays unseen
     vxhost::Heading("Database: a parts table, repaired by a newer catalogue");
     {
         KDatenbankIO db;
@@ -48,7 +53,7 @@ int Run(const std::string& file)
         if (!db.DbAnlegen(file.c_str(), 0) || !db.DbOeffnen(file.c_str(), 1, DbAufsteigend, "Nr", nullptr)) {
             CString why;
             db.GetOpenError(why);
-            vxhost::Print("  cannot make " + file + ": " + why.StdString() + "\n");
+            vxhost::Print("  cannot make " + shown + ": " + why.StdString() + "\n");
             return 1;
         }
         for (const Part& p : kParts) {
@@ -58,7 +63,7 @@ int Run(const std::string& file)
             db.DbSetFeldValue(2, p.price, 0);
             db.m_pDbRecordset->Update();
         }
-        std::printf("  version 1 wrote %d parts to %s\n", static_cast<int>(std::size(kParts)), file.c_str());
+        std::printf("  version 1 wrote %d parts to %s\n", static_cast<int>(std::size(kParts)), shown.c_str());
     }
 
     // Version 2 knows one more field. Opening the table through
@@ -97,12 +102,28 @@ int Run(const std::string& file)
     return 0;
 }
 
+int Copy(const std::string& source, const std::string& target)
+{
+    const std::string error = vx::CopyDatabase(source, target);
+    // Connect texts are shown without their passwords.
+    const std::string from = vx::WithoutPassword(source), to = vx::WithoutPassword(target);
+    if (!error.empty()) {
+        vxhost::Print("  cannot copy " + from + " to " + to + ": " + error + "\n");
+        return 1;
+    }
+    vxhost::Print("  copied " + from + " to " + to + "\n");
+    return 0;
+}
+
 int RunDb(vxhost::Args& args)
 {
+    if (args.words.size() == 3 && args.words[0] == "copy")
+        return Copy(args.words[1], args.words[2]);
     if (args.words.size() > 1 || (args.words.size() == 1 && vxhost::IsOption(args.words[0])))
         return vxhost::Usage("db");
     if (!args.tour && !args.words.empty()) {
-        std::filesystem::remove(args.words[0]);
+        if (!vx::IsServerConnect(args.words[0]))
+            std::filesystem::remove(args.words[0]);
         return Run(args.words[0]);
     }
     std::string pattern = (std::filesystem::temp_directory_path() / "vxhost-db-XXXXXX").string();
@@ -116,4 +137,6 @@ int RunDb(vxhost::Args& args)
 
 } // namespace
 
-VXHOST_COMMAND("db", "[FILE]  a parts table, reopened with a newer catalogue that adds a field", 50, RunDb);
+VXHOST_COMMAND("db", "[FILE | copy SOURCE TARGET]  a parts table, reopened with a newer catalogue that adds a field; "
+                     "copying a database between files and servers",
+               50, RunDb);

@@ -1,5 +1,6 @@
-// The window classes in the sample host: a Qt main frame with a page of
-// buttons in every shade and state.
+// The window classes in the sample host: the main window of a program of the
+// suite (menu bar, tool bars docked and floating, tooltips) and a page of
+// buttons in every shade and state, reachable from its View menu.
 //
 //   vxhost gui                  shows the frame until it is closed (without a
 //                               display: builds it offscreen and ends)
@@ -8,6 +9,7 @@
 //
 // In the tour it shades one button offscreen and writes its image.
 #include "democommand.h"
+#include "mainframe.h"
 
 #ifdef VXHOST_WITH_UI
 
@@ -221,6 +223,22 @@ BOOL CollectTopLevel(HWND hwnd, LPARAM param)
     return TRUE;
 }
 
+// Writes one window's PNG as `dir`/`name`.png.
+int SaveWindow(CWnd& window, const std::string& dir, const std::string& name)
+{
+    if (!window.m_hWnd || !window.IsWindowVisible()) {
+        std::fprintf(stderr, "vxhost: %s does not show\n", name.c_str());
+        return 1;
+    }
+    const std::string file = dir + "/" + name + ".png";
+    if (!vx::RenderWindow(window).save(QString::fromStdString(file))) {
+        std::fprintf(stderr, "vxhost: cannot write %s\n", file.c_str());
+        return 1;
+    }
+    std::printf("wrote %s\n", file.c_str());
+    return 0;
+}
+
 // Writes a PNG of each visible window of this process into `dir`.
 int Screenshots(const std::string& dir)
 {
@@ -255,24 +273,43 @@ int RunFrame(const std::string& shots)
     {
         ButtonPage page;
         page.Build();
-        AfxSetMainWnd(&page);
-        page.ShowWindow(SW_SHOW);
-        page.SetActiveWindow();
-        page.Hover();
+        vxhost::MainFrame frame;
+        frame.Build(g_MainframeType == MainframeIT ? "IT" : "AT");
+        frame.showButtons = [&page] {
+            page.ShowWindow(SW_SHOW);
+            page.SetActiveWindow();
+        };
+        AfxSetMainWnd(&frame);
+        frame.ShowWindow(SW_SHOW);
+        frame.RecalcLayout();
+        frame.SetActiveWindow();
         if (!shots.empty()) {
+            // The buttons page, a floating bar and a two-page tip show too.
+            page.ShowWindow(SW_SHOW);
+            page.SetActiveWindow();
+            page.Hover();
+            frame.SetActiveWindow();
+            frame.ShowPaneTip();
             vx::ProcessUiEvents();
             rc = Screenshots(shots);
+            // Owned popups are not top-level windows of their own; one that
+            // does not show is reported, the rest are written all the same.
+            CDockBar* side = frame.FloatingBar().m_pDockBar;
+            if (CWnd* mini = side ? side->GetParent() : nullptr)
+                SaveWindow(*mini, shots, "floating-bar");
+            SaveWindow(frame.PaneTip(), shots, "two-page-tip");
         } else if (!vx::HasDisplay()) {
             // Nobody could close a window that is not seen.
             vx::ProcessUiEvents();
             std::printf("offscreen: the frame was built and painted; --screenshot DIR writes its images.\n");
         } else {
             std::printf("display: close the window to end.\n");
-            page.quitOnClose = true;
+            frame.quitOnClose = true;
             rc = vx::RunUi();
         }
         AfxSetMainWnd(oldMain);
-        page.quitOnClose = false;
+        frame.quitOnClose = false;
+        frame.DestroyWindow();
         page.DestroyWindow();
     }
     vx::ShutdownUi();
@@ -347,7 +384,7 @@ int RunButtonTour(vxhost::Args& args)
 
 } // namespace
 
-VXHOST_COMMAND_NO_TOUR("gui", "[--screenshot DIR]  a frame with buttons in every shade and state", 90, RunGui);
+VXHOST_COMMAND_NO_TOUR("gui", "[--screenshot DIR]  the main window of AT (menu bar, tool bars, tooltips) and a page of buttons", 90, RunGui);
 VXHOST_COMMAND_NO_TOUR("--screenshot", "DIR  write a PNG of each window of the frame and of the dialogs, then exit", 91,
                        RunScreenshot);
 VXHOST_COMMAND("buttons", "shade a button offscreen and write its image", 92, RunButtonTour);

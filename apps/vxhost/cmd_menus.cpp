@@ -18,6 +18,7 @@
 #include <QPainter>
 #include <QWidget>
 
+#include <algorithm>
 #include <cstdio>
 #include <deque>
 #include <functional>
@@ -292,8 +293,8 @@ int Screenshots(MenuDemo& demo, const std::string& dir)
         demo.Invalidate();
         demo.UpdateWindow();
         auto key = [&demo](UINT vk) { demo.PostMessage(WM_KEYDOWN, vk, 1); };
-        // As a user would: the File popup open by keyboard, "Open" selected;
-        // then, in a second picture, the View popup with its marks.
+        // As a user would: the File popup open by keyboard, "Save" selected;
+        // then the View popup with its marks, then Edit with its title.
         demo.steps = {
             [=] { key(VK_DOWN); return true; },
             [=] { key(VK_RIGHT); return true; },
@@ -311,6 +312,15 @@ int Screenshots(MenuDemo& demo, const std::string& dir)
             [&, mode] {
                 char name[64];
                 std::snprintf(name, sizeof name, "/menus-%d-view.png", mode);
+                ok = Shot(demo, dir + name) && ok;
+                return true;
+            },
+            [=] { key(VK_LEFT); key(VK_UP); return true; },
+            [=] { key(VK_RIGHT); return true; },
+            [=] { key(VK_DOWN); return true; },
+            [&, mode] {
+                char name[64];
+                std::snprintf(name, sizeof name, "/menus-%d-edit.png", mode);
                 ok = Shot(demo, dir + name) && ok;
                 return true;
             },

@@ -2,6 +2,7 @@
 
 #include "base/libraryframe.h"
 #include "base/vxmessagebox.h"
+#include "platform/dao/daoconnect.h"
 #include "platform/dao/daoexception.h"
 #include "platform/files/drivetype.h"
 #include "platform/files/fileapi.h"
@@ -91,7 +92,7 @@ int openDatabase(CDaoDatabase** db, CString file, int showError, int readOnly)
                 // a CD-ROM exclusively, elsewhere as a copy in the temporary
                 // directory. The original repeated this without end; one
                 // copy is enough, as a second copy would fail the same way.
-                if (readOnly && !exclusive && copies < vx::kOpenDatabaseCopies) {
+                if (readOnly && !exclusive && copies < vx::kOpenDatabaseCopies && !vx::IsServerConnect(path.StdString())) {
                     const CString temp = TempDirectory();
                     if (temp.IsEmpty()) {
                         exclusive = TRUE;

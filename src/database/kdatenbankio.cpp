@@ -5,6 +5,7 @@
 #include "base/libraryframe.h"
 #include "base/vxmessagebox.h"
 #include "database/daohelpers.h"
+#include "platform/dao/daoconnect.h"
 #include "platform/dao/daoexception.h"
 #include "platform/dao/daoquerydef.h"
 #include "platform/files/fileapi.h"
@@ -154,7 +155,8 @@ KDatenbankIO::OpenResult KDatenbankIO::OpenExisting(CString file, int readOnly, 
     if (file.IsEmpty())
         return OpenResult::Failed;
     m_DateiPfad = file;
-    if (!DateiVorhanden(file)) {
+    // A server database is no file: the server tells whether it exists.
+    if (!vx::IsServerConnect(file.StdString()) && !DateiVorhanden(file)) {
         if (!DirectoryReadable(file))
             m_OpenError = DbFehlerVerzeichnis;
         return OpenResult::Failed;
@@ -287,14 +289,22 @@ int KDatenbankIO::DbAnlegen(CString file, int indexField)
     if (file.IsEmpty())
         return 0;
     m_DateiPfad = file;
+    const bool server = vx::IsServerConnect(file.StdString());
     if (m_TableName.IsEmpty()) {
         char name[_MAX_FNAME];
-        _splitpath(file, nullptr, nullptr, name, nullptr);
+        // On a server the table takes the database's name, as a file's
+        // takes the file title.
+        if (server)
+            std::snprintf(name, sizeof name, "%s", vx::ServerDatabaseName(file.StdString()).c_str());
+        else
+            _splitpath(file, nullptr, nullptr, name, nullptr);
         m_TableName = name;
         m_TableName.Replace(' ', '_');
         m_TableName.Replace('.', '_');
     }
-    DeleteFileA(file);
+    // A file is made anew; a server database must not exist yet (3204).
+    if (!server)
+        DeleteFileA(file);
     if (!createDatabase(&m_pDatabase, file, 0))
         return 0;
     if (!createNewTableDef(m_pDatabase, &m_pTableDef, m_TableName)) {

@@ -7,6 +7,7 @@
 #include "ui/gdi/wingdi.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 namespace {
 
@@ -33,7 +34,8 @@ CSize TextExtentOf(CWnd& window)
     if (CFont* font = parent->GetFont())
         old = dc.SelectObject(font);
     const CString text = window.GetWindowTextString();
-    const CSize extent = dc.GetTextExtent(text);
+    CSize extent(0, 0);
+    ::GetTextExtentPoint32A(dc.m_hDC, text, text.GetLength(), &extent);
     if (old)
         dc.SelectObject(old);
     return extent;
@@ -202,7 +204,9 @@ void KSplitPane::MeasureWindows(bool left)
             continue;
         const CRect r = ClientRectOf(*e.m_pWnd);
         CSize text = left ? CSize(0, 0) : CSize(5, 5);
-        if (dynamic_cast<CStatic*>(e.m_pWnd))
+        // A label of its own class (a skinned one, say) is not measured: only
+        // the plain static's class is, as its run-time class named it.
+        if (typeid(*e.m_pWnd) == typeid(CStatic))
             text = TextExtentOf(*e.m_pWnd);
         int relLeft = r.left - pane.left;
         if (!left && relLeft < 0)

@@ -5,6 +5,7 @@
 
 #include "base/vxglobals.h"
 #include "base/vxmessagebox.h"
+#include "platform/shell/sysversion.h"
 #include "platform/windows/atoms.h"
 #include "platform/windows/lasterror.h"
 #include "platform/windows/sysmetrics.h"
@@ -51,6 +52,17 @@ void ShowLastError()
         return;
     }
     VxMessageBox(text, "Error", MB_OK);
+}
+
+Win32Type GetShellType()
+{
+    OSVERSIONINFOA info{};
+    info.dwOSVersionInfoSize = sizeof info;
+    if (!GetVersionExA(&info)) {
+        ShowLastError();
+        return WinXP;
+    }
+    return vx::ClassifySystem(info.dwPlatformId == VER_PLATFORM_WIN32_NT, info.dwMajorVersion, info.dwMinorVersion);
 }
 
 // --- records ------------------------------------------------------------------------------------
@@ -251,6 +263,7 @@ LRESULT CMenuWindowHook::SubClassMenu(HWND hwnd, UINT message, WPARAM wParam, LP
                 data->m_lastX = pos->x;
                 data->m_lastY = pos->y;
                 data->m_Screen.DeleteObject();
+                data->m_ScreenBelow.DeleteObject();
             }
         }
         break;

@@ -5,6 +5,7 @@
 // subclassed window holds what that needs.
 #pragma once
 
+#include "base/vxglobals.h"
 #include "menus/cnewmenu.h"
 #include "platform/framework/cmap.h"
 #include "platform/windows/hooks.h"
@@ -37,7 +38,10 @@ public:
     DWORD m_dwData = 0;
     BOOL m_bBorderDrawn = FALSE;
     HMENU m_hMenu = nullptr;
+    // What lay under the shadow: the four columns at the right (m_Screen)
+    // and the four rows below (m_ScreenBelow).
     CBitmap m_Screen;
+    CBitmap m_ScreenBelow;
     HRGN m_hRgn = reinterpret_cast<HRGN>(1);
     BOOL m_bDrawBorder = TRUE;
 };
@@ -91,3 +95,6 @@ public:
 
 // Shows GetLastError's text in a message box titled "Error" (nothing for 0).
 VXBASE_UI_EXPORT void ShowLastError();
+// The class of the running system as GetVersionEx tells it (what g_Shell
+// holds); WinXP, after ShowLastError, when the version cannot be read.
+VXBASE_UI_EXPORT Win32Type GetShellType();

@@ -14,6 +14,7 @@
 #include "platform/framework/carray.h"
 #include "platform/framework/cobject.h"
 #include "ui/images/cimagelist.h"
+#include "ui/images/toolbarresource.h"
 #include "vxbase_ui_export.h"
 
 #include <vector>
@@ -76,10 +77,3 @@ public:
     CDWordArray m_TranspColors;
 };
 
-namespace vx {
-// Adds or replaces a tool bar resource: the words version, width, height,
-// count, then the command ids (0 for a separator).
-VXBASE_UI_EXPORT void SetToolBarResource(LPCSTR name, std::vector<WORD> words);
-// The words of a tool bar resource, empty when there is none.
-VXBASE_UI_EXPORT std::vector<WORD> ToolBarResource(LPCSTR name);
-} // namespace vx

@@ -29,6 +29,34 @@ CNewMenuBitmaps* SingleImages(CSize size)
     return bitmaps;
 }
 
+// The shared icons that `match`, or new ones that `load` fills and that join
+// the shared list; null when loading fails.
+template <class Match, class Load>
+CNewMenuIcons* SharedOrLoaded(Match match, Load load)
+{
+    for (CNewMenuIcons* shared : Shared()) {
+        if (match(*shared))
+            return shared;
+    }
+    auto* icons = new CNewMenuIcons;
+    if (!load(*icons)) {
+        delete icons;
+        return nullptr;
+    }
+    Shared().push_back(icons);
+    return icons;
+}
+
+// Every command of `icons` takes its image in `menu`; FALSE for no icons.
+BOOL GiveIcons(CNewMenu& menu, CNewMenuIcons* icons)
+{
+    if (!icons)
+        return FALSE;
+    for (int i = 0; i < icons->m_IDs.GetSize(); ++i)
+        menu.ModifyODMenu(nullptr, icons->m_IDs.GetAt(i), icons, 3 * i);
+    return TRUE;
+}
+
 } // namespace
 
 CNewMenuIcons* CNewMenu::GetMenuIcon(int& offset, int id)
@@ -93,46 +121,18 @@ BOOL CNewMenu::LoadToolBar(UINT toolbarId, HINSTANCE instance)
 
 BOOL CNewMenu::LoadToolBar(LPCSTR toolbarName, HINSTANCE instance)
 {
-    CNewMenuIcons* icons = nullptr;
-    for (CNewMenuIcons* shared : Shared()) {
-        if (shared->DoMatch(toolbarName, instance)) {
-            icons = shared;
-            break;
-        }
-    }
-    if (!icons) {
-        icons = new CNewMenuIcons;
-        if (!icons->LoadToolBar(toolbarName, instance)) {
-            delete icons;
-            return FALSE;
-        }
-        Shared().push_back(icons);
-    }
-    for (int i = 0; i < icons->m_IDs.GetSize(); ++i)
-        ModifyODMenu(nullptr, icons->m_IDs.GetAt(i), icons, 3 * i);
-    return TRUE;
+    CNewMenuIcons* icons =
+        SharedOrLoaded([&](CNewMenuIcons& shared) { return shared.DoMatch(toolbarName, instance); },
+                       [&](CNewMenuIcons& fresh) { return fresh.LoadToolBar(toolbarName, instance); });
+    return GiveIcons(*this, icons);
 }
 
 BOOL CNewMenu::LoadToolBar(const WORD* iconInfo, COLORREF transparent)
 {
-    CNewMenuIcons* icons = nullptr;
-    for (CNewMenuIcons* shared : Shared()) {
-        if (shared->DoMatch(iconInfo, transparent)) {
-            icons = shared;
-            break;
-        }
-    }
-    if (!icons) {
-        icons = new CNewMenuIcons;
-        if (!icons->LoadToolBar(iconInfo, transparent)) {
-            delete icons;
-            return FALSE;
-        }
-        Shared().push_back(icons);
-    }
-    for (int i = 0; i < icons->m_IDs.GetSize(); ++i)
-        ModifyODMenu(nullptr, icons->m_IDs.GetAt(i), icons, 3 * i);
-    return TRUE;
+    CNewMenuIcons* icons =
+        SharedOrLoaded([&](CNewMenuIcons& shared) { return shared.DoMatch(iconInfo, transparent); },
+                       [&](CNewMenuIcons& fresh) { return fresh.LoadToolBar(iconInfo, transparent); });
+    return GiveIcons(*this, icons);
 }
 
 BOOL CNewMenu::LoadToolBars(const UINT* toolbarIds, int count, HINSTANCE instance)

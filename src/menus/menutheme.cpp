@@ -176,13 +176,20 @@ void CMenuTheme::CaptureScreen(HWND hwnd, CMenuWindowData* data)
         return;
     RECT window{};
     GetWindowRect(hwnd, &window);
-    const int w = window.right - window.left + 10;
-    const int h = window.bottom - window.top + 10;
+    const int w = window.right - window.left;
+    const int h = window.bottom - window.top;
+    if (w < 8 || h < 8)
+        return;
+    // Only what the shadow covers is kept: the columns at the right and
+    // the rows below.
     HDC screen = GetDC(nullptr);
     HDC memory = CreateCompatibleDC(screen);
-    data->m_Screen.Attach(CreateCompatibleBitmap(screen, w, h));
+    data->m_Screen.Attach(CreateCompatibleBitmap(screen, 4, h));
+    data->m_ScreenBelow.Attach(CreateCompatibleBitmap(screen, w, 4));
     HGDIOBJ old = SelectObject(memory, data->m_Screen.m_hObject);
-    BitBlt(memory, 0, 0, w, h, screen, window.left, window.top, SRCCOPY);
+    BitBlt(memory, 0, 0, 4, h, screen, window.right - 4, window.top, SRCCOPY);
+    SelectObject(memory, data->m_ScreenBelow.m_hObject);
+    BitBlt(memory, 0, 0, w, 4, screen, window.left, window.bottom - 4, SRCCOPY);
     SelectObject(memory, old);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
@@ -190,8 +197,10 @@ void CMenuTheme::CaptureScreen(HWND hwnd, CMenuWindowData* data)
 
 void CMenuTheme::DrawShadow(HDC dc, CMenuWindowData* data, int w, int h)
 {
-    if (!data || !data->m_Screen.m_hObject || w < 8 || h < 8)
+    if (!data || !data->m_Screen.m_hObject || !data->m_ScreenBelow.m_hObject || w < 8 || h < 8)
         return;
+    if (data->m_Screen.GetSize() != CSize(4, h) || data->m_ScreenBelow.GetSize() != CSize(w, 4))
+        return; // captured at another size
     // The two strips are worked out from the capture and copied at once:
     // four columns at the right (corner included), four rows below.
     CBitmap& screen = data->m_Screen;
@@ -204,8 +213,9 @@ void CMenuTheme::DrawShadow(HDC dc, CMenuWindowData* data, int w, int h)
     COLORREF lastIn = CLR_INVALID;
     long lastLevel = -1;
     COLORREF lastOut = 0;
+    CBitmap& below = data->m_ScreenBelow;
     auto shade = [&](int x, int y, long level) {
-        const COLORREF c = screen.GetPixel(x, y);
+        const COLORREF c = x >= w - 4 ? screen.GetPixel(x - (w - 4), y) : below.GetPixel(x, y - (h - 4));
         if (level <= 0)
             return c;
         if (few)

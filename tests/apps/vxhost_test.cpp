@@ -1,6 +1,7 @@
 // vxhost run as a program: every command does what its options say or
 // refuses them with its usage line (exit code 2), and ends by itself when
 // run without a display.
+#include "support/pgserver.h"
 #include "support/tempdir.h"
 #include "support/testenv.h"
 
@@ -124,11 +125,13 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
         {{"open", "x"}, "usage: vxhost open [--screenshot DIR]"},
         {{"open", "--screenshot"}, "usage: vxhost open [--screenshot DIR]"},
         {{"strings", "--x"}, "usage: vxhost strings [ROW]"},
-        {{"db", "a", "b"}, "usage: vxhost db [FILE]"},
+        {{"db", "a", "b"}, "usage: vxhost db [FILE | copy SOURCE TARGET]"},
         {{"din", "--screenshot", "x"}, "usage: vxhost din [TEXT...]"},
         {{"ini", "files", "--screenshot", "x"}, "usage: vxhost ini"},
         {{"list", "--screenshot"}, "usage: vxhost list [--screenshot DIR]"},
         {{"list", "x"}, "usage: vxhost list [--screenshot DIR]"},
+        {{"menus", "--screenshot"}, "usage: vxhost menus [--screenshot DIR]"},
+        {{"menus", "x"}, "usage: vxhost menus [--screenshot DIR]"},
         {{"help", "x"}, "usage: vxhost help"},
     };
     for (const Case& c : cases) {
@@ -169,6 +172,15 @@ TEST(Vxhost, WindowCommandsEndOffscreen)
     run = RunVxhost({"list"});
     EXPECT_EQ(run.exitCode, 0) << run.output;
     EXPECT_TRUE(Shows(run, "offscreen: the list of 2000 rows was built")) << run.output;
+
+    // The menus: three open popups in each of the ten draw modes.
+    vxtest::TempDir menuShots;
+    run = RunVxhost({"menus", "--screenshot", menuShots.Path()});
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    pngs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(menuShots.Path()))
+        pngs += entry.path().extension() == ".png";
+    EXPECT_EQ(pngs, 30);
 }
 
 TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
@@ -211,4 +223,31 @@ TEST(Vxhost, TourShowsOnlyTheDemoWithoutARuntimeDirectory)
     EXPECT_TRUE(Shows(run, "Tour complete.")) << run.output;
     EXPECT_FALSE(Shows(run, "QStandardPaths")) << run.output;
     EXPECT_FALSE(Shows(run, "XDG_RUNTIME_DIR")) << run.output;
+}
+
+// The database demo on a server given on the command line, and a copy of a
+// file's database onto the server and back.
+TEST(Vxhost, DbWorksOnAServerAndCopiesBetweenFileAndServer)
+{
+    std::string why;
+    vxtest::PgServer* server = vxtest::PgServer::Get(&why);
+    if (!server)
+        GTEST_SKIP() << "no PostgreSQL server for the tests: " << why;
+    const std::string connect = server->Connect(server->FreshName("vxhost"));
+    Outcome run = RunVxhost({"db", connect}, {}, 60);
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "version 2 added the field Stock")) << run.output;
+    EXPECT_TRUE(Shows(run, "Relais 24 V DC")) << run.output;
+
+    vxtest::TempDir dir;
+    const std::string file = dir.Path("parts.mdb");
+    const std::string copy = server->Connect(server->FreshName("vxcopy"));
+    run = RunVxhost({"db", "copy", connect, file}, {}, 60);
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    run = RunVxhost({"db", "copy", file, copy}, {}, 60);
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "copied " + file)) << run.output;
+    run = RunVxhost({"db", "copy", file, copy}, {}, 60);
+    EXPECT_EQ(run.exitCode, 1) << run.output; // the target exists
+    EXPECT_TRUE(Shows(run, "already exists")) << run.output;
 }

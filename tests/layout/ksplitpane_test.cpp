@@ -123,6 +123,16 @@ TEST_F(PaneTest, ALabelNeedsItsTextAndAMinimumIsCutToThePane)
     EXPECT_GE(shortNode.GetLeftMinWidth(), 60);
     EXPECT_GT(longNode.GetLeftMinWidth(), shortNode.GetLeftMinWidth() + 40);
     EXPECT_LE(longNode.GetLeftMinWidth(), 190);
+    // A label of a class of its own is measured as any other window.
+    struct OwnLabel : CStatic {};
+    auto own = std::make_unique<OwnLabel>();
+    ASSERT_TRUE(own->Create("A much longer label than the other", WS_CHILD | WS_VISIBLE, CRect(10, 100, 200, 120),
+                            &parent, 201));
+    KSplitPane ownNode;
+    ownNode.AddWindow(own.get(), KSplitPane::sideLeft, KSplitPane::modeStretch, KSplitPane::modeStretch);
+    ownNode.SetupPane();
+    EXPECT_EQ(ownNode.GetLeftMinWidth(), 60);
+    children.push_back(std::move(own));
     // A pane narrower than 60 has its own width as minimum.
     KSplitPane narrow;
     narrow.AddWindow(Label("A much longer label than the other", 10, 70, 50, 90), KSplitPane::sideLeft,

@@ -1,188 +1,26 @@
 // Internal; do not include directly.
 //
-// The database engine behind the DAO classes: an SQLite connection per
-// CDaoDatabase, the mapping of DAO's field types onto declared column types,
-// the catalogue tables, and the error mapping onto DAO's numbers.
+// The engine behind the DAO classes: one interface, with an implementation
+// for database files (SQLite, platform/dao/sqlite) and one for a PostgreSQL
+// server (platform/dao/pg), chosen once when a database opens. The DAO
+// classes keep what DAO defines (positions, edit buffers, the rules of
+// names, errors of misuse); an engine stores, finds and reads, and raises
+// DAO's errors for what goes wrong in it.
+//
+// Records are told apart by a key the engine keeps for each row of a table
+// (SQLite's row id; a hidden column on the server). Record sets hold keys,
+// and read and write records by them.
 #pragma once
 
-#include "platform/framework/colevariant.h"
-#include "platform/framework/cstring.h"
-#include "platform/framework/util_p.h"
-#include "platform/dao/daoexception.h"
 #include "platform/dao/daoinfo.h"
-
-#include <sqlite3.h>
+#include "platform/dao/daovalue_p.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-class CDaoDatabase;
-class CDaoRecordset;
-
 namespace vx {
-
-struct DaoRecordsetPrivate;
-// Reads the remaining members of a set that still reads its opening
-// statement, and ends that statement.
-void FinishStream(DaoRecordsetPrivate& set);
-
-// Raises CDaoException `code` with `description`.
-[[noreturn]] void ThrowDao(long code, const std::string& description);
-// Raises the DAO error that fits SQLite's result `rc` (CMemoryException for
-// SQLITE_NOMEM while memory is short; a damaged file is 3049). `what` names the object or statement for the text.
-[[noreturn]] void ThrowSqlite(sqlite3* db, int rc, const std::string& what);
-
-// A field of a table as the engine reports it.
-struct DaoColumn {
-    std::string name;
-    std::string declared; // the declared column type, as stored
-    short type = dbMemo;
-    long size = 0;
-    long attributes = 0;
-    bool required = false;
-    bool autoIncrement = false;
-    std::string defaultValue;
-};
-
-// The declared column type that stores DAO type `type` of `size`.
-std::string DeclaredType(short type, long size, long attributes);
-// The DAO type of a declared column type.
-void ParseDeclaredType(const std::string& declared, bool integerPrimaryKey, DaoColumn& column);
-// The column definition for CREATE TABLE / ALTER TABLE ADD COLUMN.
-std::string ColumnDefinition(const CDaoFieldInfo& info);
-void FillFieldInfo(const DaoColumn& column, int ordinal, CDaoFieldInfo& info);
-
-// "name" with quotes doubled: a safe SQL identifier.
-std::string QuoteName(const std::string& name);
-// SQL text with the trailing blanks and semicolons taken off.
-std::string TrimSql(const std::string& sql);
-// Names compare folding ASCII letters only, as SQLite's NOCASE does.
-bool EqualNoCase(const std::string& a, const std::string& b);
-
-// A stored value.
-struct DaoValue {
-    enum Kind : std::uint8_t { Null, Int, Real, Text, Blob };
-    Kind kind = Null;
-    union {
-        std::int64_t i = 0; // Int
-        double d;           // Real
-    };
-    std::string s; // Text and Blob
-};
-// A stored value whose bytes lie elsewhere.
-struct ValueView {
-    DaoValue::Kind kind = DaoValue::Null;
-    std::int64_t i = 0;
-    double d = 0;
-    std::string_view s;
-};
-inline ValueView ViewOf(const DaoValue& value)
-{
-    ValueView view;
-    view.kind = value.kind;
-    if (value.kind == DaoValue::Int)
-        view.i = value.i;
-    else if (value.kind == DaoValue::Real)
-        view.d = value.d;
-    else
-        view.s = value.s;
-    return view;
-}
-// Reads column `index` of the current row of `stmt`.
-void ReadValue(sqlite3_stmt* stmt, int index, DaoValue& value);
-void BindValue(sqlite3_stmt* stmt, int index, const DaoValue& value);
-// The stored value as a variant of the field's type.
-void ValueToVariant(const ValueView& value, const DaoColumn& column, COleVariant& out);
-// The same, with the usual case (a value stored as the field's type stores
-// it) handled inline.
-inline void FastVariant(const ValueView& value, const DaoColumn& column, COleVariant& out)
-{
-    switch (column.type) {
-    case dbLong:
-        if (value.kind != DaoValue::Int)
-            break;
-        out.Clear();
-        out.vt = VT_I4;
-        out.lVal = static_cast<LONG>(value.i);
-        return;
-    case dbDouble:
-        if (value.kind != DaoValue::Real)
-            break;
-        out.Clear();
-        out.vt = VT_R8;
-        out.dblVal = value.d;
-        return;
-    case dbText:
-    case dbMemo:
-        if (value.kind != DaoValue::Text)
-            break;
-        out.SetString(value.s.data(), value.s.size());
-        return;
-    default:
-        break;
-    }
-    ValueToVariant(value, column, out);
-}
-// A value that owns a copy of the bytes of `view`.
-inline DaoValue Owned(const ValueView& view)
-{
-    DaoValue value;
-    value.kind = view.kind;
-    if (view.kind == DaoValue::Int)
-        value.i = view.i;
-    else if (view.kind == DaoValue::Real)
-        value.d = view.d;
-    else if (view.kind != DaoValue::Null)
-        value.s.assign(view.s.data(), view.s.size());
-    return value;
-}
-// The variant converted for storing in the field (the DAO errors of
-// CDaoRecordset::SetFieldValue).
-void VariantToValue(const COleVariant& in, const DaoColumn& column, DaoValue& out);
-// Error 3163 for a text or binary value longer than its field.
-void CheckFits(const DaoValue& value, const DaoColumn& column);
-
-// A prepared statement, finalized with the object.
-class Statement {
-public:
-    Statement() = default;
-    Statement(sqlite3* db, const std::string& sql); // throws
-    ~Statement();
-    Statement(Statement&& other) noexcept : m_stmt(other.m_stmt) { other.m_stmt = nullptr; }
-    Statement& operator=(Statement&& other) noexcept;
-    Statement(const Statement&) = delete;
-    Statement& operator=(const Statement&) = delete;
-    sqlite3_stmt* get() const { return m_stmt; }
-    // SQLITE_ROW or SQLITE_DONE; anything else throws.
-    int Step();
-
-private:
-    sqlite3_stmt* m_stmt = nullptr;
-};
-
-// Reads and writes of a file format other than SQLite: the tables live in
-// an in-memory database while it is open, and go back to the file at close.
-class IsamDriver {
-public:
-    virtual ~IsamDriver() = default;
-    // Fills the empty in-memory database with the tables of `path`.
-    virtual void Load(class DaoDatabasePrivate& db, const std::string& path, bool readOnly) = 0;
-    // Writes the tables back to `path` (only called if there were changes).
-    virtual void Save(class DaoDatabasePrivate& db, const std::string& path) = 0;
-    // Whether the file can be written at all.
-    virtual bool CanUpdate() const = 0;
-    // A table that was created since the load.
-    virtual void TableCreated(const std::string&) {}
-    // Another name under which the file knows table `name` ("" if none).
-    virtual std::string AlternateName(const std::string&) const { return std::string(); }
-};
-// The driver for a connect text, or null for "" (an SQLite file). Unknown
-// connect texts raise 3170.
-std::unique_ptr<IsamDriver> MakeIsamDriver(const std::string& connect);
 
 struct TableEntry {
     std::string name;
@@ -194,100 +32,132 @@ struct QueryEntry {
     short type = dbQSelect;
     bool view = false;
 };
-
-class DaoDatabasePrivate {
-public:
-    ~DaoDatabasePrivate();
-
-    sqlite3* conn = nullptr;
-    std::string name;    // the path text as given
-    std::string host;    // the host path
-    std::string connect; // the connect text
-    bool readOnly = false;
-    bool exclusive = false;
-    std::unique_ptr<IsamDriver> isam;
-    // Bumped by every write through this connection, so that record sets
-    // know when their cached rows may be stale.
-    std::uint64_t changeStamp = 1;
-    bool changed = false; // since open: for ISAM drivers
-    long recordsAffected = 0;
-    int transactionDepth = 0;
-
-    bool IsOpen() const { return conn != nullptr; }
-    void RequireOpen() const;
-    void RequireWritable() const;
-    void OpenNative(const std::string& file, bool exclusive, bool readOnly);
-    void CreateNative(const std::string& file, const std::string& locale, int options);
-    void OpenIsam(const std::string& file, bool readOnly, const std::string& connectText);
-    void Close();
-
-    // Runs statements that return no rows; throws.
-    void Exec(const std::string& sql);
-    // A cached prepared statement, reset and with bindings cleared.
-    sqlite3_stmt* Cached(const std::string& sql);
-    void Written();
-    void SchemaChanged();
-
-    // The catalogue.
-    void EnsureCatalogue();
-    bool HasCatalogue();
-    std::string Property(const std::string& key);
-    void NoteObject(const std::string& name, int type, const std::string& sql);
-    void RenameObject(const std::string& oldName, const std::string& newName);
-    void DropObject(const std::string& name);
-    void ObjectDates(const std::string& name, double& created, double& updated);
-    void TouchObject(const std::string& name);
-
-    std::vector<TableEntry> Tables();
-    std::vector<QueryEntry> Queries();
-    // The exact name of table `name` (found without regard to case), or "".
-    std::string FindTable(const std::string& name);
-    bool FindQuery(const std::string& name, QueryEntry& entry);
-    bool NameTaken(const std::string& name);
-    const std::vector<DaoColumn>& Columns(const std::string& table);
-
-    // Record sets open on this database, so that Close can close them.
-    std::vector<CDaoRecordset*> recordsets;
-    // Record sets still reading their opening statement. Each write of this
-    // connection finishes them first: a statement must not read a table that
-    // changes under it, and its snapshot must end before the connection
-    // writes. Only files in write-ahead-log mode let a set read that way,
-    // since there a pending read keeps no other program from writing.
-    std::vector<DaoRecordsetPrivate*> streams;
-    bool streamable = false;
-    void BeforeWrite()
-    {
-        while (!streams.empty())
-            FinishStream(*streams.back());
-    }
-
-private:
-    void Configure(bool writable);
-    std::map<std::string, sqlite3_stmt*> m_cache;
-    std::map<std::string, std::vector<DaoColumn>> m_columns; // by lower-case name
-    int m_catalogue = -1;                                  // unknown, 0, 1
+struct IndexEntry {
+    std::string stored; // the engine's name of the index
+    CDaoIndexInfo info;
 };
 
-// The engine of an open database; throws DAO's "object invalid" for a null
-// database and "not open" for a closed one.
-DaoDatabasePrivate& OpenDatabaseOf(CDaoDatabase* database);
+// The rows of a statement, read forward once.
+class Cursor {
+public:
+    virtual ~Cursor() = default;
+    // Steps to the next row; false at the end. Throws DAO's errors.
+    virtual bool Next() = 0;
+    // The key of the row, for a cursor on the rows of a table.
+    virtual std::int64_t Key() const = 0;
+    // Value `i` of the row (the key not counted); valid until the next call.
+    virtual ValueView Value(std::size_t i) const = 0;
+    // Value `i` as a variant of `column`'s type: the read of a record set
+    // walking the cursor, which an engine may do without the view between.
+    virtual void ToVariant(std::size_t i, const DaoColumn& column, COleVariant& out) const
+    {
+        FastVariant(Value(i), column, out);
+    }
+    // The values of a row, and what they are.
+    virtual std::size_t Width() const = 0;
+    virtual DaoColumn Describe(std::size_t i) const = 0;
+};
 
-// Throws DAO's "object invalid" unless the definition `d` is open.
-template <class DefPrivate>
-void RequireOpenDef(const DefPrivate& d)
-{
-    if (!d.open)
-        ThrowDao(kDaoObjectInvalid, "Object invalid or no longer set.");
-}
+// Writes the records of one table, for one choice of fields: prepared once
+// and used for every record that assigns the same fields.
+class RowWriter {
+public:
+    enum Outcome { Done, Changed, Deleted };
+    virtual ~RowWriter() = default;
+    // Inserts a record with the assigned values of `values` (one per field
+    // of the table); gives its key. A writer made to return the row has its
+    // stored values in Returned until the next call.
+    virtual std::int64_t Insert(const DaoValue* values) = 0;
+    virtual ValueView Returned(std::size_t i) const = 0;
+    // Writes the assigned values into record `key` if it still holds
+    // `originals` (every field); otherwise changes nothing and tells why.
+    virtual Outcome Update(std::int64_t key, const DaoValue* values, const DaoValue* originals) = 0;
+};
 
-// Catalogue object types.
-constexpr int kObjectTable = 1;
-constexpr int kObjectQuery = 5;
-constexpr int kObjectActionQuery = 6;
+class Engine {
+public:
+    virtual ~Engine() = default;
 
-// The type of a statement by its first word (dbQSelect, dbQUpdate...).
-short QueryTypeOf(const std::string& sql);
-// The current time as an OLE date.
-double NowAsDate();
+    // --- the database
+    virtual bool ReadOnly() const = 0;
+    // Whether a record set may read its rows as it walks rather than all at
+    // opening, without keeping other programs from writing.
+    virtual bool Streamable() const = 0;
+    // Whether a statement still reading keeps this database from writing
+    // (the DAO classes then finish such reads before each write).
+    virtual bool ReadsHoldWrites() const = 0;
+    // Whether a counter field is the record's key (else an insert returns it).
+    virtual bool CounterIsKey() const = 0;
+    // Closes; a file kept in memory is written back first (which may throw).
+    virtual void Close() = 0;
+    // The locale text the database was created with ("" if unknown).
+    virtual std::string Locale() = 0;
+    // Forgets what it knows of the design of tables (after a statement that
+    // may have changed them).
+    virtual void ForgetDesign() = 0;
+
+    // --- the catalogue
+    virtual std::vector<TableEntry> Tables() = 0;
+    virtual std::vector<QueryEntry> Queries() = 0;
+    // The exact name of table `name` (found without regard to case), or "".
+    virtual std::string FindTable(const std::string& name) = 0;
+    virtual const std::vector<DaoColumn>& Columns(const std::string& table) = 0;
+    virtual std::vector<IndexEntry> Indexes(const std::string& table) = 0;
+    virtual void ObjectDates(const std::string& name, double& created, double& updated) = 0;
+    virtual long RecordCount(const std::string& table) = 0;
+
+    // --- design; each call changes all it was asked to or nothing
+    virtual void CreateTable(const std::string& name, const std::vector<CDaoFieldInfo>& fields,
+                             const std::vector<CDaoIndexInfo>& indexes) = 0;
+    virtual void RenameTable(const std::string& from, const std::string& to) = 0;
+    virtual void DropTable(const std::string& name) = 0;
+    // Adds a field to a table that exists; a counter numbers the records
+    // there in the order of their keys.
+    virtual void AddField(const std::string& table, const CDaoFieldInfo& field) = 0;
+    virtual void DropField(const std::string& table, const std::string& field) = 0;
+    virtual void CreateIndex(const std::string& table, const CDaoIndexInfo& index) = 0;
+    virtual void DropIndex(const std::string& table, const IndexEntry& index) = 0;
+    virtual void CreateQuery(const std::string& name, const std::string& sql, bool returnsRecords) = 0;
+    virtual void DropQuery(const QueryEntry& query) = 0;
+
+    // --- statements, in the dialect callers write (names in [brackets])
+    // Runs one action statement; gives the number of records it changed.
+    virtual long Execute(const std::string& sql) = 0;
+    // The records of `table` (whose fields are `columns`) with their keys,
+    // as "SELECT * FROM [table]" followed by `tail` (WHERE ..., ORDER BY
+    // ...) would give them. Throws if the table has no keys.
+    virtual std::unique_ptr<Cursor> OpenRows(const std::string& table, const std::vector<DaoColumn>& columns,
+                                             const std::string& tail) = 0;
+    // The rows of any statement, without keys.
+    virtual std::unique_ptr<Cursor> OpenQuery(const std::string& sql) = 0;
+    // Record `key` of `table`: a cursor with that one row, or none.
+    virtual std::unique_ptr<Cursor> ReadRow(const std::string& table, const std::vector<DaoColumn>& columns,
+                                            std::int64_t key) = 0;
+    // Writers for the fields marked '1' in `assigned`.
+    virtual std::unique_ptr<RowWriter> PrepareInsert(const std::string& table, const std::vector<DaoColumn>& columns,
+                                                     const std::string& assigned, bool returning) = 0;
+    virtual std::unique_ptr<RowWriter> PrepareUpdate(const std::string& table, const std::vector<DaoColumn>& columns,
+                                                     const std::string& assigned) = 0;
+    virtual void DeleteRow(const std::string& table, std::int64_t key) = 0;
+    // After records were written with their counters' numbers (a copy):
+    // the next record added numbers on from the highest.
+    virtual void CountersFollow(const std::string& /*table*/) {}
+
+    // --- transactions of the workspace; they nest
+    virtual void BeginTrans() = 0;
+    virtual void CommitTrans() = 0;
+    virtual void Rollback() = 0;
+};
+
+// The engines. `name` is the text the caller gave (a path text, or a
+// connect text), used in messages.
+std::unique_ptr<Engine> OpenFileEngine(const std::string& file, bool exclusive, bool readOnly);
+std::unique_ptr<Engine> CreateFileEngine(const std::string& file, const std::string& locale, int options);
+// A workbook or dBASE directory, by the type at the start of `connect`.
+std::unique_ptr<Engine> OpenIsamEngine(const std::string& file, bool readOnly, const std::string& connect);
+// A database on a PostgreSQL server, by a connect text "ODBC;..."
+// (platform/dao/daoconnect.h).
+std::unique_ptr<Engine> OpenServerEngine(const std::string& connect, bool readOnly);
+std::unique_ptr<Engine> CreateServerEngine(const std::string& connect, const std::string& locale, int options);
 
 } // namespace vx

@@ -56,6 +56,8 @@ enum DaoError : long {
     kDaoDuplicateKey = 3022,
     kDaoFileNotFound = 3024,
     kDaoReadOnly = 3027,
+    kDaoInvalidAccount = 3029, // a refused login: no such account, or a wrong password
+    kDaoInvalidPassword = 3031, // the server wants a password and none was given
     kDaoNoTransaction = 3034,
     kDaoDiskError = 3043,
     kDaoInvalidPath = 3044,
@@ -67,11 +69,15 @@ enum DaoError : long {
     kDaoSyntaxError = 3075,
     kDaoInputTableNotFound = 3078,
     kDaoInvalidName = 3125,
+    kDaoCharactersAfterEnd = 3142,
+    kDaoServerCallFailed = 3146, // a statement the server failed, or one that took too long
+    kDaoServerUnreachable = 3151, // the server can't be reached, or the connection to it broke
     kDaoFieldTooSmall = 3163,
     kDaoFieldNotUpdatable = 3164,
     kDaoRecordDeleted = 3167,
     kDaoNoInstallableIsam = 3170,
     kDaoFieldDefinedTwice = 3191,
+    kDaoWriteConflict = 3197, // another program changed the record since it was read
     kDaoDatabaseExists = 3204,
     kDaoInvalidOperation = 3219,
     kDaoNotSupported = 3251,
@@ -86,6 +92,7 @@ enum DaoError : long {
     kDaoNumericOverflow = 3349,
     kDaoObjectInvalid = 3420,
     kDaoConversionError = 3421,
+    kDaoTypeMismatch = 3464,
 };
 
 } // namespace vx

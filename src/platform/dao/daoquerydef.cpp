@@ -1,7 +1,7 @@
 #include "platform/dao/daoquerydef.h"
 
 #include "platform/dao/daodatabase.h"
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/daodatabase_p.h"
 
 namespace vx {
 
@@ -54,7 +54,7 @@ void CDaoQueryDef::Open(const char* name)
 {
     DaoDatabasePrivate& db = Db(m_pDatabase);
     vx::QueryEntry entry;
-    if (!db.FindQuery(name ? name : "", entry))
+    if (!vx::FindQueryOf(db, name ? name : "", entry))
         vx::ThrowDao(vx::kDaoItemNotFound, "Item not found in this collection.");
     Close();
     d->open = true;
@@ -68,25 +68,14 @@ void CDaoQueryDef::Append()
     RequireOpenDef(*d);
     DaoDatabasePrivate& db = Db(m_pDatabase);
     db.RequireWritable();
-    if (d->name.empty())
-        vx::ThrowDao(vx::kDaoInvalidName, "'' is not a valid name.");
-    if (d->stored || db.NameTaken(d->name))
+    vx::CheckName(d->name);
+    if (d->stored || vx::NameTaken(db, d->name))
         vx::ThrowDao(vx::kDaoObjectExists, "Object '" + d->name + "' already exists.");
     const std::string sql = vx::TrimSql(d->sql);
-    const short type = vx::QueryTypeOf(sql);
-    db.Exec("SAVEPOINT vx_query");
     try {
-        // A select query is a view, which every SQLite tool understands; an
-        // action query has no such form and is kept as text in the catalogue.
-        if (ReturnsRecords(type)) {
-            db.Exec("CREATE VIEW " + vx::QuoteName(d->name) + " AS " + sql);
-            db.NoteObject(d->name, vx::kObjectQuery, sql);
-        } else {
-            db.NoteObject(d->name, vx::kObjectActionQuery, sql);
-        }
-        db.Exec("RELEASE vx_query");
+        db.Writing().CreateQuery(d->name, sql, ReturnsRecords(vx::QueryTypeOf(sql)));
     } catch (...) {
-        db.Exec("ROLLBACK TO vx_query; RELEASE vx_query");
+        db.SchemaChanged();
         throw;
     }
     db.SchemaChanged();
@@ -144,7 +133,7 @@ COleDateTime CDaoQueryDef::GetDateCreated()
 {
     double created = 0, updated = 0;
     if (d->stored)
-        Db(m_pDatabase).ObjectDates(d->name, created, updated);
+        Db(m_pDatabase).engine->ObjectDates(d->name, created, updated);
     return COleDateTime(created);
 }
 
@@ -152,7 +141,7 @@ COleDateTime CDaoQueryDef::GetDateLastUpdated()
 {
     double created = 0, updated = 0;
     if (d->stored)
-        Db(m_pDatabase).ObjectDates(d->name, created, updated);
+        Db(m_pDatabase).engine->ObjectDates(d->name, created, updated);
     return COleDateTime(updated);
 }
 

@@ -53,7 +53,7 @@ void CDaoRecordset::Open(CDaoTableDef* tableDef, int type, int options)
 {
     if (!tableDef || !tableDef->IsOpen())
         vx::ThrowDao(vx::kDaoObjectInvalid, "Object invalid or no longer set.");
-    const std::string sql = "SELECT * FROM " + vx::QuoteName(tableDef->GetName().StdString());
+    const std::string sql = "SELECT * FROM " + vx::BracketName(tableDef->GetName().StdString());
     Open(type == dbOpenTable ? dbOpenDynaset : type, sql.c_str(), options);
     d->type = type;
 }
@@ -270,14 +270,17 @@ void CDaoRecordset::Edit()
     d->Settle();
     d->RequireCurrent();
     d->edit.clear();
-    if (d->streaming && d->pos == d->streamRow) {
+    if (d->OnStreamRow()) {
         for (std::size_t i = 0; i < d->Width(); ++i)
-            d->edit.push_back(vx::Owned(d->StreamValue(i)));
+            d->edit.push_back(vx::Owned(d->stream->Value(i)));
     } else {
         const vx::Cell* row = d->Current(d->pos);
         for (std::size_t i = 0; i < d->Width(); ++i)
             d->edit.push_back(vx::Owned(d->rows.View(row[i])));
     }
+    // What the record held when the edit began: the engine writes only if
+    // no other program changed it since.
+    d->original = d->edit;
     d->assigned.assign(d->Width(), '0');
     d->editMode = dbEditInProgress;
 }
@@ -311,14 +314,11 @@ void CDaoRecordset::Delete()
     d->RequireCurrent();
     d->LeaveEdit();
     auto& p = *d;
-    p.db->BeforeWrite();
-    sqlite3_stmt* s = p.db->Cached("DELETE FROM " + vx::QuoteName(p.table) + " WHERE rowid=?1");
-    sqlite3_bind_int64(s, 1, p.rows.RowId(static_cast<std::size_t>(p.pos)));
-    const int rc = sqlite3_step(s);
-    sqlite3_reset(s);
-    if (rc != SQLITE_DONE)
-        vx::ThrowSqlite(p.db->conn, rc, p.table);
+    p.db->Writing().DeleteRow(p.table, p.rows.RowId(static_cast<std::size_t>(p.pos)));
     p.rows.EraseRow(static_cast<std::size_t>(p.pos));
+    // The stream stands on the last member; a deleted one is no longer it.
+    if (p.streaming)
+        p.streamRow = p.pos == p.streamRow ? -1 : p.streamRow - 1;
     p.currentDeleted = true;
     p.Wrote(-1);
 }

@@ -5,15 +5,16 @@
 // needed: a walk forward reads each record straight from the opening
 // statement, the first visit of an earlier record reads the values of all
 // members once into the row cache, and a record changed since is read again
-// by its row id. Other sets (joins, views, snapshots) and sets on files
-// whose readers lock out writers read all their rows at opening.
+// by its key. Other sets (joins, views, snapshots) and sets on files whose
+// readers lock out writers read all their rows at opening.
 #pragma once
 
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/daodatabase_p.h"
 #include "platform/dao/daorowcache_p.h"
 
 #include <cstring>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -40,18 +41,20 @@ struct DaoRecordsetPrivate {
     bool open = false;
     int type = dbOpenDynaset;
     int options = 0;
-    std::string sql;    // as given
-    std::string table;  // the table that updates go to
-    std::string select; // what the values come from: rowid first for a dynaset
+    std::string sql;   // as given
+    std::string table; // the table that updates go to
+    std::string tail;  // what follows the table's name in `sql`: WHERE, ORDER BY
     bool updatable = false;
     std::vector<DaoColumn> columns;
     std::size_t width = 0; // columns.size(), read on every field access
     RowCache rows;
     // The opening statement while it has rows left; it stands on member
-    // `streamRow`, whose values it holds.
-    Statement stream;
+    // `streamRow`, whose values it holds as they were at change stamp
+    // `streamStamp`.
+    std::unique_ptr<Cursor> stream;
     bool streaming = false;
     long streamRow = -1;
+    std::uint64_t streamStamp = 0;
     bool materialized = false; // the values of all members were read once
     // MoveLast before the last member is known: settled when something
     // looks at the position, or dropped by a move to a known member.
@@ -63,13 +66,13 @@ struct DaoRecordsetPrivate {
     bool currentDeleted = false;
     short editMode = dbEditNone;
     std::vector<DaoValue> edit;
-    std::string assigned; // '1' for each field set since AddNew or Edit
+    std::vector<DaoValue> original; // the record as Edit found it
+    std::string assigned;           // '1' for each field set since AddNew or Edit
     std::int64_t lastModified = 0;
-    std::map<std::string, sqlite3_stmt*> writes; // by field mask and kind
-    std::string key;                             // of the write at hand
+    std::map<std::string, std::unique_ptr<RowWriter>> writes; // by kind and field mask
+    std::string key;                                          // of the write at hand
     std::string lastKey;
-    sqlite3_stmt* lastWrite = nullptr;
-    std::string refreshSql;
+    RowWriter* lastWrite = nullptr;
     COleVariant text; // the variant of SetFieldValue with a text
     mutable std::size_t lastFound = 0;
 
@@ -102,7 +105,7 @@ struct DaoRecordsetPrivate {
     }
     bool CanUpdate() const
     {
-        return open && updatable && !db->readOnly && !(options & dbReadOnly) && type != dbOpenSnapshot &&
+        return open && updatable && !db->ReadOnly() && !(options & dbReadOnly) && type != dbOpenSnapshot &&
                type != dbOpenForwardOnly;
     }
     void LeaveEdit() { editMode = dbEditNone; }
@@ -122,9 +125,13 @@ struct DaoRecordsetPrivate {
 
     // Field `i` of the current record (or of the edit buffer). Every move
     // keeps `pos` on a member while neither `bof` nor `eof` is set.
+    // Whether the current record is the stream's, and nothing was written
+    // through this database since the stream read it.
+    bool OnStreamRow() const { return streaming && pos == streamRow && streamStamp == db->changeStamp; }
+
     void Read(std::size_t i, COleVariant& value)
     {
-        if (streaming && pos == streamRow && editMode == dbEditNone && !lastPending) [[likely]]
+        if (OnStreamRow() && editMode == dbEditNone && !lastPending) [[likely]]
             ReadStream(i, value);
         else if (editMode == dbEditNone && !lastPending && !bof && !eof && !currentDeleted &&
                  db->changeStamp == synced && rows.Held(static_cast<std::size_t>(pos)))
@@ -132,10 +139,11 @@ struct DaoRecordsetPrivate {
         else
             ReadCarefully(i, value);
     }
-    void ReadStream(std::size_t i, COleVariant& value) const;
+    void ReadStream(std::size_t i, COleVariant& value) const
+    {
+        stream->ToVariant(i, columns[i], value);
+    }
     void ReadCarefully(std::size_t i, COleVariant& value);
-    // Value `i` of the stream's row.
-    ValueView StreamValue(std::size_t i) const;
     // The current values of member `row`, read if they are not held or stale.
     const Cell* Current(long row);
 
@@ -150,19 +158,14 @@ struct DaoRecordsetPrivate {
 
     // Writes.
     void Wrote(long row);
-    sqlite3_stmt* WriteFor(char kind);
-    std::string WriteSql(char kind) const;
-    sqlite3_stmt* AddWrite(const std::string& writeKey, const std::string& sql);
-    int Bind(sqlite3_stmt* stmt) const;
-    std::string Returning() const;
-    bool RunWrite(sqlite3_stmt* s, std::int64_t& rowid, Cell* into);
+    RowWriter& WriteFor(char kind);
     void Insert();
     void UpdateCurrent();
 
 private:
     void Materialize();
     void Reload(long row);
-    void ReadAll(Statement& stmt, int first);
+    void ReadAll(Cursor& cursor, bool keyed);
     void StopStreaming();
 };
 

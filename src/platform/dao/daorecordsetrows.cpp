@@ -12,49 +12,40 @@ namespace vx {
 
 namespace {
 
-// Reads the values of the statement's row from column `first` on into the
-// cells of `row`: fresh cells (Put) or cells that hold a value (Set). One
-// sqlite3_column_value per value: the typed getters would each go through
-// the statement's checks again.
+// Puts a value into a cell that holds nothing yet (Put) or one that holds
+// a value (Set).
 template <bool Fresh>
-void LoadRow(sqlite3_stmt* s, int first, RowCache& cache, Cell* row)
+inline void Store(RowCache& cache, Cell& cell, const ValueView& v)
+{
+    if constexpr (!Fresh)
+        cache.SetNull(cell);
+    switch (v.kind) {
+    case DaoValue::Int:
+        RowCache::PutInt(cell, v.i);
+        break;
+    case DaoValue::Real:
+        RowCache::PutReal(cell, v.d);
+        break;
+    case DaoValue::Text:
+    case DaoValue::Blob:
+        if constexpr (Fresh)
+            cache.PutBytes(cell, v.kind, v.s.data(), v.s.size());
+        else
+            cache.SetBytes(cell, v.kind, v.s.data(), v.s.size());
+        break;
+    default:
+        RowCache::PutNull(cell);
+        break;
+    }
+}
+
+// Reads the values of the cursor's row into the cells of `row`.
+template <bool Fresh>
+void LoadRow(const Cursor& cursor, RowCache& cache, Cell* row)
 {
     const std::size_t width = cache.Width();
-    for (std::size_t i = 0; i < width; ++i) {
-        sqlite3_value* v = sqlite3_column_value(s, static_cast<int>(i) + first);
-        Cell& cell = row[i];
-        if constexpr (!Fresh)
-            cache.SetNull(cell);
-        switch (sqlite3_value_type(v)) {
-        case SQLITE_INTEGER:
-            RowCache::PutInt(cell, sqlite3_value_int64(v));
-            break;
-        case SQLITE_FLOAT:
-            RowCache::PutReal(cell, sqlite3_value_double(v));
-            break;
-        case SQLITE_TEXT: {
-            const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(v));
-            const auto length = static_cast<std::size_t>(sqlite3_value_bytes(v));
-            if constexpr (Fresh)
-                cache.PutBytes(cell, DaoValue::Text, text, length);
-            else
-                cache.SetBytes(cell, DaoValue::Text, text, length);
-            break;
-        }
-        case SQLITE_BLOB: {
-            const auto* data = static_cast<const char*>(sqlite3_value_blob(v));
-            const auto length = static_cast<std::size_t>(sqlite3_value_bytes(v));
-            if constexpr (Fresh)
-                cache.PutBytes(cell, DaoValue::Blob, data, length);
-            else
-                cache.SetBytes(cell, DaoValue::Blob, data, length);
-            break;
-        }
-        default:
-            RowCache::PutNull(cell);
-            break;
-        }
-    }
+    for (std::size_t i = 0; i < width; ++i)
+        Store<Fresh>(cache, row[i], cursor.Value(i));
 }
 
 bool IsNameChar(unsigned char c)
@@ -165,49 +156,40 @@ void DaoRecordsetPrivate::Open(DaoDatabasePrivate& database, int openType, const
 
     std::string name;
     std::size_t nameEnd = 0;
-    Statement stmt;
-    int first = 0; // the first value column: 1 when the row id leads
+    std::unique_ptr<Cursor> cursor;
     if (type != dbOpenSnapshot && SimpleSelect(text, name, nameEnd)) {
-        const std::string found = db->FindTable(name);
+        const std::string found = db->engine->FindTable(name);
         if (!found.empty()) {
+            columns = db->engine->Columns(found);
             try {
-                select = "SELECT rowid, * FROM " + QuoteName(found) + text.substr(nameEnd);
-                stmt = Statement(db->conn, select);
-                table = found;
-                updatable = true;
-                columns = db->Columns(found);
-                first = 1;
+                cursor = db->engine->OpenRows(found, columns, text.substr(nameEnd));
+                // A table changed by another program since its fields were
+                // read: read the set as it is.
+                updatable = cursor->Width() == columns.size();
+                if (updatable) {
+                    table = found;
+                    tail = text.substr(nameEnd);
+                }
             } catch (CDaoException&) {
-                select.clear(); // a table without row ids: read it as it is
+                columns.clear(); // a table without keys: read it as it is
             }
         }
     }
-    if (!stmt.get()) {
-        select = text;
-        stmt = Statement(db->conn, text);
-    }
-    sqlite3_stmt* s = stmt.get();
-    const int count = sqlite3_column_count(s) - first;
-    if (updatable && static_cast<int>(columns.size()) != count)
-        updatable = false;
+    if (!cursor)
+        cursor = db->engine->OpenQuery(text);
     if (!updatable) {
-        columns.assign(static_cast<std::size_t>(count), DaoColumn());
-        for (int i = 0; i < count; ++i) {
-            auto& c = columns[static_cast<std::size_t>(i)];
-            c.name = sqlite3_column_name(s, i + first);
-            const char* declared = sqlite3_column_decltype(s, i + first);
-            ParseDeclaredType(declared ? declared : "", false, c);
-            if (!declared)
-                c.declared.clear();
-        }
+        const std::size_t count = cursor->Width();
+        columns.resize(count);
+        for (std::size_t i = 0; i < count; ++i)
+            columns[i] = cursor->Describe(i);
     }
     width = columns.size();
     rows.Reset(width);
     synced = db->changeStamp;
     open = true;
-    if (updatable && db->streamable) {
+    if (updatable && db->engine->Streamable()) {
         // Members as the walk reaches them, values straight from the row.
-        stream = std::move(stmt);
+        stream = std::move(cursor);
         streaming = true;
         db->streams.push_back(this);
         if (Advance()) {
@@ -216,7 +198,7 @@ void DaoRecordsetPrivate::Open(DaoDatabasePrivate& database, int openType, const
         }
         return;
     }
-    ReadAll(stmt, first);
+    ReadAll(*cursor, updatable);
     materialized = true;
     for (std::size_t i = 0; i < width; ++i)
         if (columns[i].declared.empty() && !updatable)
@@ -227,20 +209,17 @@ void DaoRecordsetPrivate::Open(DaoDatabasePrivate& database, int openType, const
     }
 }
 
-void DaoRecordsetPrivate::ReadAll(Statement& stmt, int first)
+void DaoRecordsetPrivate::ReadAll(Cursor& cursor, bool keyed)
 {
-    sqlite3_stmt* s = stmt.get();
     rows.StartHolding();
-    while (stmt.Step() == SQLITE_ROW) {
-        const std::int64_t rowid = first ? sqlite3_column_int64(s, 0) : static_cast<std::int64_t>(rows.Rows());
-        LoadRow<true>(s, first, rows, rows.AppendUnfilledRow(rowid, synced));
+    while (cursor.Next()) {
+        const std::int64_t key = keyed ? cursor.Key() : static_cast<std::int64_t>(rows.Rows());
+        LoadRow<true>(cursor, rows, rows.AppendUnfilledRow(key, synced));
     }
 }
 
 void DaoRecordsetPrivate::Reset()
 {
-    for (auto& [mask, stmt] : writes)
-        sqlite3_finalize(stmt);
     writes.clear();
     lastWrite = nullptr;
     StopStreaming();
@@ -248,9 +227,9 @@ void DaoRecordsetPrivate::Reset()
     width = 0;
     rows.Reset(0);
     edit.clear();
+    original.clear();
     assigned.clear();
-    refreshSql.clear();
-    select.clear();
+    tail.clear();
     materialized = false;
     lastPending = false;
     pos = -1;
@@ -275,21 +254,22 @@ int DaoRecordsetPrivate::SearchColumn(const char* name) const
 
 bool DaoRecordsetPrivate::Advance()
 {
-    int rc = SQLITE_DONE;
+    bool more = false;
     try {
-        rc = stream.Step();
+        more = stream->Next();
     } catch (...) {
-        // The statement starts over after an error: the members read so
-        // far stay, and the set reads no more.
+        // The statement can't go on after an error: the members read so far
+        // stay, and the set reads no more.
         StopStreaming();
         throw;
     }
-    if (rc != SQLITE_ROW) {
+    if (!more) {
         StopStreaming();
         return false;
     }
-    rows.AppendMember(sqlite3_column_int64(stream.get(), 0));
+    rows.AppendMember(stream->Key());
     streamRow = Count() - 1;
+    streamStamp = db->changeStamp;
     return true;
 }
 
@@ -318,74 +298,10 @@ void DaoRecordsetPrivate::StopStreaming()
 {
     if (!streaming)
         return;
-    stream = Statement();
+    stream.reset();
     streaming = false;
     streamRow = -1;
     std::erase(db->streams, this);
-}
-
-ValueView DaoRecordsetPrivate::StreamValue(std::size_t i) const
-{
-    sqlite3_value* v = sqlite3_column_value(stream.get(), static_cast<int>(i) + 1);
-    ValueView view;
-    switch (sqlite3_value_type(v)) {
-    case SQLITE_INTEGER:
-        view.kind = DaoValue::Int;
-        view.i = sqlite3_value_int64(v);
-        break;
-    case SQLITE_FLOAT:
-        view.kind = DaoValue::Real;
-        view.d = sqlite3_value_double(v);
-        break;
-    case SQLITE_TEXT: {
-        view.kind = DaoValue::Text;
-        const auto* data = reinterpret_cast<const char*>(sqlite3_value_text(v));
-        view.s = std::string_view(data, static_cast<std::size_t>(sqlite3_value_bytes(v)));
-        break;
-    }
-    case SQLITE_BLOB: {
-        view.kind = DaoValue::Blob;
-        const auto* data = static_cast<const char*>(sqlite3_value_blob(v));
-        view.s = std::string_view(data ? data : "", static_cast<std::size_t>(sqlite3_value_bytes(v)));
-        break;
-    }
-    default:
-        break;
-    }
-    return view;
-}
-
-// Field `i` of the stream's row, the usual cases (a value stored as the
-// field's type stores it) without a detour.
-void DaoRecordsetPrivate::ReadStream(std::size_t i, COleVariant& value) const
-{
-    sqlite3_value* v = sqlite3_column_value(stream.get(), static_cast<int>(i) + 1);
-    const short fieldType = columns[i].type;
-    switch (sqlite3_value_type(v)) {
-    case SQLITE_INTEGER:
-        if (fieldType != dbLong)
-            break;
-        value.Clear();
-        value.vt = VT_I4;
-        value.lVal = static_cast<LONG>(sqlite3_value_int64(v));
-        return;
-    case SQLITE_FLOAT:
-        if (fieldType != dbDouble)
-            break;
-        value.Clear();
-        value.vt = VT_R8;
-        value.dblVal = sqlite3_value_double(v);
-        return;
-    case SQLITE_TEXT:
-        if (fieldType != dbText && fieldType != dbMemo)
-            break;
-        value.SetString(reinterpret_cast<const char*>(sqlite3_value_text(v)),
-                        static_cast<std::size_t>(sqlite3_value_bytes(v)));
-        return;
-    default:
-        break;
-    }
-    ValueToVariant(StreamValue(i), columns[i], value);
 }
 
 void DaoRecordsetPrivate::ReadCarefully(std::size_t i, COleVariant& value)
@@ -396,7 +312,7 @@ void DaoRecordsetPrivate::ReadCarefully(std::size_t i, COleVariant& value)
     }
     Settle();
     RequireCurrent();
-    if (streaming && pos == streamRow)
+    if (OnStreamRow())
         ReadStream(i, value);
     else
         rows.ToVariant(Current(pos)[i], columns[i], value);
@@ -423,57 +339,43 @@ void DaoRecordsetPrivate::Materialize()
     Complete();
     materialized = true;
     rows.StartHolding();
-    Statement stmt(db->conn, select);
-    sqlite3_stmt* s = stmt.get();
+    std::unique_ptr<Cursor> cursor = db->engine->OpenRows(table, columns, tail);
     const std::uint64_t now = db->changeStamp;
     // The rows come in the members' order unless the table changed since;
-    // only then are members looked up by row id.
+    // only then are members looked up by key.
     std::unordered_map<std::int64_t, std::size_t> index;
     std::size_t expect = 0;
-    while (stmt.Step() == SQLITE_ROW) {
-        const std::int64_t rowid = sqlite3_column_int64(s, 0);
+    while (cursor->Next()) {
+        const std::int64_t key = cursor->Key();
         std::size_t r = expect;
-        if (r >= rows.Rows() || rows.RowId(r) != rowid) {
+        if (r >= rows.Rows() || rows.RowId(r) != key) {
             if (index.empty())
                 for (std::size_t k = 0; k < rows.Rows(); ++k)
                     index.emplace(rows.RowId(k), k);
-            const auto it = index.find(rowid);
+            const auto it = index.find(key);
             if (it == index.end())
                 continue; // not a member
             r = it->second;
         }
-        LoadRow<false>(s, 1, rows, rows.Row(r));
+        LoadRow<false>(*cursor, rows, rows.Row(r));
         rows.SetStamp(r, now);
         expect = r + 1;
     }
     synced = now;
 }
 
-// Reads member `row` by its row id.
+// Reads member `row` by its key.
 void DaoRecordsetPrivate::Reload(long row)
 {
     if (!updatable)
         return;
     rows.StartHolding();
-    if (refreshSql.empty()) {
-        refreshSql = "SELECT ";
-        for (std::size_t i = 0; i < width; ++i)
-            refreshSql += (i ? ", " : "") + QuoteName(columns[i].name);
-        refreshSql += " FROM " + QuoteName(table) + " WHERE rowid=?1";
-    }
-    sqlite3_stmt* s = db->Cached(refreshSql);
-    sqlite3_bind_int64(s, 1, rows.RowId(static_cast<std::size_t>(row)));
-    const int rc = sqlite3_step(s);
-    if (rc == SQLITE_ROW) {
-        LoadRow<false>(s, 0, rows, Row(row));
-        rows.SetStamp(static_cast<std::size_t>(row), db->changeStamp);
-        sqlite3_reset(s);
-        return;
-    }
-    sqlite3_reset(s);
-    if (rc != SQLITE_DONE)
-        ThrowSqlite(db->conn, rc, refreshSql);
-    ThrowDao(kDaoRecordDeleted, "Record is deleted.");
+    std::unique_ptr<Cursor> cursor =
+        db->engine->ReadRow(table, columns, rows.RowId(static_cast<std::size_t>(row)));
+    if (!cursor->Next())
+        ThrowDao(kDaoRecordDeleted, "Record is deleted.");
+    LoadRow<false>(*cursor, rows, Row(row));
+    rows.SetStamp(static_cast<std::size_t>(row), db->changeStamp);
 }
 
 void FinishStream(DaoRecordsetPrivate& set)
@@ -496,129 +398,57 @@ void DaoRecordsetPrivate::Wrote(long row)
         rows.SetStamp(static_cast<std::size_t>(row), db->changeStamp);
 }
 
-// The write statement for the fields assigned since AddNew or Edit: `kind`
-// 'A' inserts, 'R' inserts and returns the row, 'E' updates one. Every
-// parameter is bound anew before each use, and the statement was reset
-// after its last, so it needs neither clearing nor resetting.
-sqlite3_stmt* DaoRecordsetPrivate::WriteFor(char kind)
+// The writer for the fields assigned since AddNew or Edit: `kind` 'A'
+// inserts, 'R' inserts and returns the row, 'E' updates one.
+RowWriter& DaoRecordsetPrivate::WriteFor(char kind)
 {
     key.assign(1, kind);
     key += assigned;
     if (lastWrite && key == lastKey)
-        return lastWrite;
+        return *lastWrite;
     auto it = writes.find(key);
-    sqlite3_stmt* stmt = it != writes.end() ? it->second : AddWrite(key, WriteSql(kind));
+    if (it == writes.end()) {
+        std::unique_ptr<RowWriter> writer = kind == 'E' ? db->engine->PrepareUpdate(table, columns, assigned)
+                                                        : db->engine->PrepareInsert(table, columns, assigned, kind == 'R');
+        it = writes.emplace(key, std::move(writer)).first;
+    }
     lastKey = key;
-    lastWrite = stmt;
-    return stmt;
-}
-
-std::string DaoRecordsetPrivate::WriteSql(char kind) const
-{
-    std::string names, values;
-    int k = 0;
-    for (std::size_t i = 0; i < width; ++i) {
-        if (assigned[i] != '1')
-            continue;
-        ++k;
-        if (kind == 'E') {
-            names += (k > 1 ? ", " : "") + QuoteName(columns[i].name) + "=?" + std::to_string(k);
-        } else {
-            names += (k > 1 ? ", " : "") + QuoteName(columns[i].name);
-            values += (k > 1 ? ", ?" : "?") + std::to_string(k);
-        }
-    }
-    if (kind == 'E')
-        return "UPDATE " + QuoteName(table) + " SET " + names + " WHERE rowid=?" + std::to_string(k + 1);
-    std::string statement = k == 0 ? "INSERT INTO " + QuoteName(table) + " DEFAULT VALUES"
-                                   : "INSERT INTO " + QuoteName(table) + " (" + names + ") VALUES (" + values + ")";
-    return kind == 'R' ? statement + Returning() : statement;
-}
-
-sqlite3_stmt* DaoRecordsetPrivate::AddWrite(const std::string& writeKey, const std::string& statement)
-{
-    sqlite3_stmt* stmt = nullptr;
-    const int rc = sqlite3_prepare_v3(db->conn, statement.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &stmt, nullptr);
-    if (rc != SQLITE_OK) {
-        sqlite3_finalize(stmt);
-        ThrowSqlite(db->conn, rc, statement);
-    }
-    writes.emplace(writeKey, stmt);
-    return stmt;
-}
-
-// Binds the assigned fields in their order; gives their number.
-int DaoRecordsetPrivate::Bind(sqlite3_stmt* stmt) const
-{
-    int k = 0;
-    for (std::size_t i = 0; i < width; ++i)
-        if (assigned[i] == '1')
-            BindValue(stmt, ++k, edit[i]);
-    return k;
-}
-
-std::string DaoRecordsetPrivate::Returning() const
-{
-    std::string statement = " RETURNING rowid";
-    for (const auto& c : columns)
-        statement += ", " + QuoteName(c.name);
-    return statement;
-}
-
-// Steps a write; one with RETURNING gives the row id and, into `into`, the
-// row's values.
-bool DaoRecordsetPrivate::RunWrite(sqlite3_stmt* s, std::int64_t& rowid, Cell* into)
-{
-    int rc = sqlite3_step(s);
-    bool got = false;
-    if (rc == SQLITE_ROW) {
-        got = true;
-        rowid = sqlite3_column_int64(s, 0);
-        if (into)
-            LoadRow<false>(s, 1, rows, into);
-        rc = sqlite3_step(s);
-    }
-    if (rc != SQLITE_DONE) {
-        const int code = sqlite3_extended_errcode(db->conn);
-        sqlite3_reset(s);
-        ThrowSqlite(db->conn, code, table);
-    }
-    sqlite3_reset(s);
-    return got;
+    lastWrite = it->second.get();
+    return *lastWrite;
 }
 
 void DaoRecordsetPrivate::Insert()
 {
-    db->BeforeWrite();
+    Engine& engine = db->Writing();
+    // The new record joins the members at their end.
+    Complete();
     // The stored row is the edit buffer, unless a field left out gets a
-    // value from the table (a default); then the insert returns the row.
+    // value from the table (a default or a counter the engine numbers
+    // apart from the key); then the insert returns the row.
     bool known = true;
-    for (std::size_t i = 0; i < width; ++i)
-        if (assigned[i] == '0' && !columns[i].autoIncrement && !columns[i].defaultValue.empty())
+    for (std::size_t i = 0; i < width; ++i) {
+        if (assigned[i] != '0')
+            continue;
+        if (columns[i].autoIncrement ? !engine.CounterIsKey() : !columns[i].defaultValue.empty())
             known = false;
-    sqlite3_stmt* s = WriteFor(known ? 'A' : 'R');
-    Bind(s);
+    }
+    RowWriter& writer = WriteFor(known ? 'A' : 'R');
     std::int64_t rowid = 0;
     if (!rows.Holding()) {
         // Its values are read when it is visited.
-        RunWrite(s, rowid, nullptr);
-        if (known)
-            rowid = sqlite3_last_insert_rowid(db->conn);
+        rowid = writer.Insert(edit.data());
         rows.AppendMember(rowid);
     } else {
         Cell* row = rows.AppendRow(0, 0);
         try {
-            if (known) {
-                RunWrite(s, rowid, nullptr);
-                rowid = sqlite3_last_insert_rowid(db->conn);
-                for (std::size_t i = 0; i < width; ++i) {
-                    if (columns[i].autoIncrement)
-                        rows.SetInt(row[i], rowid);
-                    else
-                        rows.Set(row[i], edit[i]);
-                }
-            } else {
-                RunWrite(s, rowid, row);
+            rowid = writer.Insert(edit.data());
+            for (std::size_t i = 0; i < width; ++i) {
+                if (!known)
+                    Store<false>(rows, row[i], writer.Returned(i));
+                else if (columns[i].autoIncrement)
+                    rows.SetInt(row[i], rowid);
+                else
+                    rows.Set(row[i], edit[i]);
             }
         } catch (...) {
             rows.DropLastRow();
@@ -635,16 +465,25 @@ void DaoRecordsetPrivate::UpdateCurrent()
 {
     if (assigned.find('1') == std::string::npos)
         return;
-    db->BeforeWrite();
-    sqlite3_stmt* s = WriteFor('E');
-    const int bound = Bind(s);
-    const std::int64_t rowid = rows.RowId(static_cast<std::size_t>(pos));
-    sqlite3_bind_int64(s, bound + 1, rowid);
-    std::int64_t unused = 0;
-    RunWrite(s, unused, nullptr);
-    if (sqlite3_changes(db->conn) == 0)
-        ThrowDao(kDaoRecordDeleted, "Record is deleted.");
-    if (rows.Held(static_cast<std::size_t>(pos))) {
+    db->Writing();
+    RowWriter& writer = WriteFor('E');
+    const auto r = static_cast<std::size_t>(pos);
+    const std::int64_t rowid = rows.RowId(r);
+    const RowWriter::Outcome outcome = writer.Update(rowid, edit.data(), original.data());
+    if (outcome != RowWriter::Done) {
+        // The record is read again when it is next used, so that it shows
+        // what the other program left.
+        if (streaming)
+            Complete();
+        if (rows.Held(r))
+            rows.SetStamp(r, 0);
+        db->Written();
+        if (outcome == RowWriter::Deleted)
+            ThrowDao(kDaoRecordDeleted, "Record is deleted.");
+        ThrowDao(kDaoWriteConflict, "The database engine stopped the process because you and another user are "
+                                    "attempting to change the same data at the same time.");
+    }
+    if (rows.Held(r)) {
         Cell* row = Row(pos);
         for (std::size_t i = 0; i < width; ++i)
             if (assigned[i] == '1')

@@ -7,7 +7,7 @@
 // set needs neither a count of its rows beforehand nor copies as it grows.
 #pragma once
 
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/daovalue_p.h"
 
 #include <algorithm>
 #include <cstddef>

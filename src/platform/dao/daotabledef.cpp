@@ -1,10 +1,9 @@
 #include "platform/dao/daotabledef.h"
 
 #include "platform/dao/daodatabase.h"
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/daodatabase_p.h"
 
 #include <algorithm>
-#include <random>
 
 namespace vx {
 
@@ -23,142 +22,18 @@ namespace {
     ThrowDao(kDaoItemNotFound, "Item not found in this collection.");
 }
 
-// SQLite's index names are global to the file, DAO's belong to the table:
-// the stored name is the DAO name, "@", P for a primary index or I for
-// another, and a random suffix that keeps it unique.
-std::string StoredIndexName(const std::string& name, bool primary)
-{
-    static std::mt19937_64 random{std::random_device{}()};
-    char suffix[24];
-    std::snprintf(suffix, sizeof suffix, "@%c%012llx", primary ? 'P' : 'I',
-                  static_cast<unsigned long long>(random() & 0xFFFFFFFFFFFFull));
-    return name + suffix;
-}
-
-struct IndexEntry {
-    std::string stored;
-    CDaoIndexInfo info;
-};
-
-std::vector<IndexEntry> IndexesOf(DaoDatabasePrivate& d, const std::string& table)
-{
-    std::vector<IndexEntry> out;
-    Statement list(d.conn, "PRAGMA index_list(" + QuoteName(table) + ")");
-    while (list.Step() == SQLITE_ROW) {
-        IndexEntry e;
-        e.stored = reinterpret_cast<const char*>(sqlite3_column_text(list.get(), 1));
-        const std::string origin = reinterpret_cast<const char*>(sqlite3_column_text(list.get(), 3));
-        e.info.m_bUnique = sqlite3_column_int(list.get(), 2) != 0;
-        const auto at = e.stored.rfind('@');
-        if (at != std::string::npos && at + 2 <= e.stored.size() &&
-            (e.stored[at + 1] == 'P' || e.stored[at + 1] == 'I')) {
-            e.info.m_strName = CString(e.stored.substr(0, at));
-            e.info.m_bPrimary = e.stored[at + 1] == 'P';
-        } else if (origin == "pk") {
-            e.info.m_strName = "PrimaryKey";
-            e.info.m_bPrimary = TRUE;
-        } else {
-            e.info.m_strName = CString(e.stored);
-        }
-        e.info.m_bRequired = e.info.m_bPrimary;
-        out.push_back(std::move(e));
-    }
-    for (auto& e : out) {
-        Statement fields(d.conn, "PRAGMA index_xinfo(" + QuoteName(e.stored) + ")");
-        std::vector<CDaoIndexFieldInfo> infos;
-        while (fields.Step() == SQLITE_ROW) {
-            if (!sqlite3_column_int(fields.get(), 5) || !sqlite3_column_text(fields.get(), 2))
-                continue; // the row id that every index carries
-            CDaoIndexFieldInfo f;
-            f.m_strName = reinterpret_cast<const char*>(sqlite3_column_text(fields.get(), 2));
-            f.m_bDescending = sqlite3_column_int(fields.get(), 3) != 0;
-            infos.push_back(f);
-        }
-        e.info.SetFields(std::move(infos));
-    }
-    std::sort(out.begin(), out.end(), [](const IndexEntry& a, const IndexEntry& b) {
-        return sqlite3_stricmp(a.info.m_strName, b.info.m_strName) < 0;
-    });
-    return out;
-}
-
-std::string IndexSql(const std::string& table, const CDaoIndexInfo& info)
-{
-    if (info.m_strName.IsEmpty())
-        ThrowDao(kDaoInvalidName, "'' is not a valid name.");
-    if (info.m_nFields <= 0 || !info.m_pFieldInfos)
-        ThrowDao(kDaoNoFieldDefined, "No field defined--cannot append TableDef or Index.");
-    std::string sql = (info.m_bUnique || info.m_bPrimary) ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
-    sql += QuoteName(StoredIndexName(info.m_strName.StdString(), info.m_bPrimary)) + " ON " + QuoteName(table) + " (";
-    for (int i = 0; i < info.m_nFields; ++i) {
-        if (i)
-            sql += ", ";
-        sql += QuoteName(info.m_pFieldInfos[i].m_strName.StdString());
-        if (info.m_pFieldInfos[i].m_bDescending)
-            sql += " DESC";
-    }
-    return sql + ")";
-}
-
-// Runs `work` as one unit: all of it or nothing reaches the file.
+// A design change: the engine's work, after which the DAO classes forget
+// what they knew of the design, whether or not it succeeded.
 template <class Work>
-void Atomically(DaoDatabasePrivate& d, Work work)
+void Design(DaoDatabasePrivate& d, Work work)
 {
-    d.Exec("SAVEPOINT vx_design");
     try {
-        work();
-        d.Exec("RELEASE vx_design");
+        work(d.Writing());
     } catch (...) {
-        try {
-            d.Exec("ROLLBACK TO vx_design; RELEASE vx_design");
-        } catch (...) {
-        }
         d.SchemaChanged();
         throw;
     }
     d.SchemaChanged();
-}
-
-// SQLite adds no key column to a table that exists: the table is built anew
-// with the counter, which takes each record's row id as its number, so that
-// the records keep their identity.
-void AddCounter(DaoDatabasePrivate& d, const std::string& table, const CDaoFieldInfo& info)
-{
-    const std::vector<DaoColumn> columns = d.Columns(table);
-    if (std::any_of(columns.begin(), columns.end(), [](const DaoColumn& c) { return c.autoIncrement; }))
-        ThrowDao(kDaoInvalidFieldType, "Invalid field data type. (A table holds one counter field.)");
-    std::vector<std::string> indexes;
-    {
-        Statement s(d.conn, "SELECT sql FROM sqlite_master WHERE type='index' AND tbl_name=?1 COLLATE NOCASE "
-                            "AND sql IS NOT NULL");
-        sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
-        while (s.Step() == SQLITE_ROW)
-            indexes.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0)));
-    }
-    const std::string temp = table + "~vxrebuild";
-    std::string create = "CREATE TABLE " + QuoteName(temp) + " (";
-    std::string names;
-    for (const auto& c : columns) {
-        create += QuoteName(c.name) + " " + DeclaredType(c.type, c.size, 0);
-        if (c.required)
-            create += " NOT NULL";
-        if (!c.defaultValue.empty())
-            create += " DEFAULT (" + c.defaultValue + ")";
-        create += ", ";
-        names += QuoteName(c.name) + ", ";
-    }
-    create += ColumnDefinition(info) + ")";
-    Atomically(d, [&] {
-        d.Exec("PRAGMA legacy_alter_table=ON");
-        d.Exec(create);
-        d.Exec("INSERT INTO " + QuoteName(temp) + " (" + names + QuoteName(info.m_strName.StdString()) + ") SELECT " +
-               names + "rowid FROM " + QuoteName(table) + " ORDER BY rowid");
-        d.Exec("DROP TABLE " + QuoteName(table));
-        d.Exec("ALTER TABLE " + QuoteName(temp) + " RENAME TO " + QuoteName(table));
-        for (const auto& sql : indexes)
-            d.Exec(sql);
-        d.Exec("PRAGMA legacy_alter_table=OFF");
-    });
 }
 
 } // namespace
@@ -188,8 +63,7 @@ using vx::RequireOpenDef;
 void CDaoTableDef::Create(const char* name, long attributes, const char* srcTable, const char* connect)
 {
     Db(m_pDatabase);
-    if (!name || !*name)
-        vx::ThrowDao(vx::kDaoInvalidName, "'' is not a valid name.");
+    vx::CheckName(name ? name : "");
     if (attributes != 0 || (srcTable && *srcTable) || (connect && *connect))
         vx::ThrowDao(vx::kDaoNotSupported, "Operation is not supported for this type of object. (Attached "
                                            "tables are not supported.)");
@@ -202,7 +76,7 @@ void CDaoTableDef::Create(const char* name, long attributes, const char* srcTabl
 void CDaoTableDef::Open(const char* name)
 {
     DaoDatabasePrivate& db = Db(m_pDatabase);
-    const std::string found = db.FindTable(name ? name : "");
+    const std::string found = db.engine->FindTable(name ? name : "");
     if (found.empty())
         vx::ThrowDao(vx::kDaoItemNotFound, "Item not found in this collection.");
     Close();
@@ -218,22 +92,11 @@ void CDaoTableDef::Append()
     db.RequireWritable();
     if (d->appended)
         vx::ThrowDao(vx::kDaoTableExists, "Table '" + d->name + "' already exists.");
-    if (db.NameTaken(d->name))
+    if (vx::NameTaken(db, d->name))
         vx::ThrowDao(vx::kDaoTableExists, "Table '" + d->name + "' already exists.");
     if (d->fields.empty())
         vx::ThrowDao(vx::kDaoNoFieldDefined, "No field defined--cannot append TableDef or Index.");
-    std::string sql = "CREATE TABLE " + vx::QuoteName(d->name) + " (";
-    for (std::size_t i = 0; i < d->fields.size(); ++i)
-        sql += (i ? ", " : "") + vx::ColumnDefinition(d->fields[i]);
-    sql += ")";
-    vx::Atomically(db, [&] {
-        db.Exec(sql);
-        for (const auto& index : d->indexes)
-            db.Exec(vx::IndexSql(d->name, index));
-        db.NoteObject(d->name, vx::kObjectTable, std::string());
-    });
-    if (db.isam)
-        db.isam->TableCreated(d->name);
+    vx::Design(db, [&](vx::Engine& engine) { engine.CreateTable(d->name, d->fields, d->indexes); });
     d->appended = true;
     d->fields.clear();
     d->indexes.clear();
@@ -260,20 +123,16 @@ CString CDaoTableDef::GetName() const
 void CDaoTableDef::SetName(const char* name)
 {
     RequireOpenDef(*d);
-    if (!name || !*name)
-        vx::ThrowDao(vx::kDaoInvalidName, "'' is not a valid name.");
+    vx::CheckName(name ? name : "");
     if (!d->appended) {
         d->name = name;
         return;
     }
     DaoDatabasePrivate& db = Db(m_pDatabase);
     db.RequireWritable();
-    if (!vx::EqualNoCase(d->name, name) && db.NameTaken(name))
+    if (!vx::EqualNoCase(d->name, name) && vx::NameTaken(db, name))
         vx::ThrowDao(vx::kDaoTableExists, std::string("Table '") + name + "' already exists.");
-    vx::Atomically(db, [&] {
-        db.Exec("ALTER TABLE " + vx::QuoteName(d->name) + " RENAME TO " + vx::QuoteName(name));
-        db.RenameObject(d->name, name);
-    });
+    vx::Design(db, [&](vx::Engine& engine) { engine.RenameTable(d->name, name); });
     d->name = name;
 }
 
@@ -287,7 +146,7 @@ COleDateTime CDaoTableDef::GetDateCreated()
     RequireOpenDef(*d);
     double created = 0, updated = 0;
     if (d->appended)
-        Db(m_pDatabase).ObjectDates(d->name, created, updated);
+        Db(m_pDatabase).engine->ObjectDates(d->name, created, updated);
     return COleDateTime(created);
 }
 
@@ -296,7 +155,7 @@ COleDateTime CDaoTableDef::GetDateLastUpdated()
     RequireOpenDef(*d);
     double created = 0, updated = 0;
     if (d->appended)
-        Db(m_pDatabase).ObjectDates(d->name, created, updated);
+        Db(m_pDatabase).engine->ObjectDates(d->name, created, updated);
     return COleDateTime(updated);
 }
 
@@ -315,9 +174,7 @@ long CDaoTableDef::GetRecordCount()
     RequireOpenDef(*d);
     if (!d->appended)
         return 0;
-    DaoDatabasePrivate& db = Db(m_pDatabase);
-    vx::Statement count(db.conn, "SELECT count(*) FROM " + vx::QuoteName(d->name));
-    return count.Step() == SQLITE_ROW ? static_cast<long>(sqlite3_column_int64(count.get(), 0)) : 0;
+    return Db(m_pDatabase).engine->RecordCount(d->name);
 }
 
 BOOL CDaoTableDef::CanUpdate() const
@@ -330,7 +187,7 @@ short CDaoTableDef::GetFieldCount()
     RequireOpenDef(*d);
     if (!d->appended)
         return static_cast<short>(d->fields.size());
-    return static_cast<short>(Db(m_pDatabase).Columns(d->name).size());
+    return static_cast<short>(Db(m_pDatabase).engine->Columns(d->name).size());
 }
 
 void CDaoTableDef::GetFieldInfo(int index, CDaoFieldInfo& info, DWORD)
@@ -342,7 +199,7 @@ void CDaoTableDef::GetFieldInfo(int index, CDaoFieldInfo& info, DWORD)
         info = d->fields[static_cast<std::size_t>(index)];
         return;
     }
-    const auto& columns = Db(m_pDatabase).Columns(d->name);
+    const auto& columns = Db(m_pDatabase).engine->Columns(d->name);
     if (index < 0 || index >= static_cast<int>(columns.size()))
         vx::ItemNotFound();
     vx::FillFieldInfo(columns[static_cast<std::size_t>(index)], index, info);
@@ -360,7 +217,7 @@ void CDaoTableDef::GetFieldInfo(const char* name, CDaoFieldInfo& info, DWORD opt
                 info = d->fields[static_cast<std::size_t>(i)];
                 return;
             }
-        } else if (vx::EqualNoCase(Db(m_pDatabase).Columns(d->name)[static_cast<std::size_t>(i)].name, wanted)) {
+        } else if (vx::EqualNoCase(Db(m_pDatabase).engine->Columns(d->name)[static_cast<std::size_t>(i)].name, wanted)) {
             GetFieldInfo(i, info, options);
             return;
         }
@@ -382,7 +239,7 @@ void CDaoTableDef::CreateField(CDaoFieldInfo& info)
 {
     RequireOpenDef(*d);
     DaoDatabasePrivate& db = Db(m_pDatabase);
-    const std::string definition = vx::ColumnDefinition(info); // checks name and type
+    vx::CheckFieldInfo(info);
     if (!d->appended) {
         for (const auto& f : d->fields)
             if (vx::EqualNoCase(f.m_strName.StdString(), info.m_strName.StdString()))
@@ -391,22 +248,20 @@ void CDaoTableDef::CreateField(CDaoFieldInfo& info)
         return;
     }
     db.RequireWritable();
-    for (const auto& c : db.Columns(d->name))
+    const std::vector<vx::DaoColumn>& columns = db.engine->Columns(d->name);
+    for (const auto& c : columns)
         if (vx::EqualNoCase(c.name, info.m_strName.StdString()))
             vx::ThrowDao(vx::kDaoFieldDefinedTwice, "Can't define field more than once.");
+    CDaoFieldInfo added = info;
     if (info.m_lAttributes & dbAutoIncrField) {
-        vx::AddCounter(db, d->name, info);
-    } else {
+        if (std::any_of(columns.begin(), columns.end(), [](const vx::DaoColumn& c) { return c.autoIncrement; }))
+            vx::ThrowDao(vx::kDaoInvalidFieldType, "Invalid field data type. (A table holds one counter field.)");
+    } else if (added.m_strDefaultValue.IsEmpty()) {
         // Records that exist get null in the new field, so a required field
         // can't be enforced on them without a default.
-        CDaoFieldInfo added = info;
-        if (added.m_strDefaultValue.IsEmpty())
-            added.m_bRequired = FALSE;
-        vx::Atomically(db, [&] {
-            db.Exec("ALTER TABLE " + vx::QuoteName(d->name) + " ADD COLUMN " + vx::ColumnDefinition(added));
-        });
+        added.m_bRequired = FALSE;
     }
-    db.TouchObject(d->name);
+    vx::Design(db, [&](vx::Engine& engine) { engine.AddField(d->name, added); });
 }
 
 void CDaoTableDef::DeleteField(const char* name)
@@ -425,18 +280,17 @@ void CDaoTableDef::DeleteField(const char* name)
     DaoDatabasePrivate& db = Db(m_pDatabase);
     db.RequireWritable();
     std::string found;
-    for (const auto& c : db.Columns(d->name))
+    for (const auto& c : db.engine->Columns(d->name))
         if (vx::EqualNoCase(c.name, wanted))
             found = c.name;
     if (found.empty())
         vx::ItemNotFound();
-    for (const auto& index : vx::IndexesOf(db, d->name))
+    for (const auto& index : db.engine->Indexes(d->name))
         for (int i = 0; i < index.info.m_nFields; ++i)
             if (vx::EqualNoCase(index.info.m_pFieldInfos[i].m_strName.StdString(), found))
                 vx::ThrowDao(vx::kDaoFieldInIndex,
                              "Can't delete a field that is part of an index or is needed by the system.");
-    vx::Atomically(db, [&] { db.Exec("ALTER TABLE " + vx::QuoteName(d->name) + " DROP COLUMN " + vx::QuoteName(found)); });
-    db.TouchObject(d->name);
+    vx::Design(db, [&](vx::Engine& engine) { engine.DropField(d->name, found); });
 }
 
 void CDaoTableDef::DeleteField(int index)
@@ -451,7 +305,7 @@ short CDaoTableDef::GetIndexCount()
     RequireOpenDef(*d);
     if (!d->appended)
         return static_cast<short>(d->indexes.size());
-    return static_cast<short>(vx::IndexesOf(Db(m_pDatabase), d->name).size());
+    return static_cast<short>(Db(m_pDatabase).engine->Indexes(d->name).size());
 }
 
 void CDaoTableDef::GetIndexInfo(int index, CDaoIndexInfo& info, DWORD)
@@ -463,7 +317,7 @@ void CDaoTableDef::GetIndexInfo(int index, CDaoIndexInfo& info, DWORD)
         info = d->indexes[static_cast<std::size_t>(index)];
         return;
     }
-    const auto indexes = vx::IndexesOf(Db(m_pDatabase), d->name);
+    const auto indexes = Db(m_pDatabase).engine->Indexes(d->name);
     if (index < 0 || index >= static_cast<int>(indexes.size()))
         vx::ItemNotFound();
     info = indexes[static_cast<std::size_t>(index)].info;
@@ -497,14 +351,15 @@ void CDaoTableDef::CreateIndex(CDaoIndexInfo& info)
         if (existing.m_bPrimary && info.m_bPrimary)
             vx::ThrowDao(3283, "Primary key already exists.");
     }
-    const std::string sql = vx::IndexSql(d->name, info); // checks name and fields
+    vx::CheckName(info.m_strName.StdString());
+    if (info.m_nFields <= 0 || !info.m_pFieldInfos)
+        vx::ThrowDao(vx::kDaoNoFieldDefined, "No field defined--cannot append TableDef or Index.");
     if (!d->appended) {
         d->indexes.push_back(info);
         return;
     }
     db.RequireWritable();
-    vx::Atomically(db, [&] { db.Exec(sql); });
-    db.TouchObject(d->name);
+    vx::Design(db, [&](vx::Engine& engine) { engine.CreateIndex(d->name, info); });
 }
 
 void CDaoTableDef::DeleteIndex(const char* name)
@@ -521,9 +376,9 @@ void CDaoTableDef::DeleteIndex(const char* name)
     }
     DaoDatabasePrivate& db = Db(m_pDatabase);
     db.RequireWritable();
-    for (const auto& index : vx::IndexesOf(db, d->name)) {
+    for (const auto& index : db.engine->Indexes(d->name)) {
         if (vx::EqualNoCase(index.info.m_strName.StdString(), name ? name : "")) {
-            vx::Atomically(db, [&] { db.Exec("DROP INDEX " + vx::QuoteName(index.stored)); });
+            vx::Design(db, [&](vx::Engine& engine) { engine.DropIndex(d->name, index); });
             return;
         }
     }

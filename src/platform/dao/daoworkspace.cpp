@@ -1,9 +1,9 @@
-// The workspace: the databases it holds and their transactions, which are
-// savepoints named alike on each open database.
+// The workspace: the databases it holds and their transactions, which each
+// database's engine keeps.
 #include "platform/dao/daoworkspace.h"
 
 #include "platform/dao/daodatabase.h"
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/daodatabase_p.h"
 
 using vx::DaoDatabasePrivate;
 
@@ -38,7 +38,7 @@ void CDaoWorkspace::BeginTrans()
     for (CDaoDatabase* db : m_databases) {
         DaoDatabasePrivate* d = db->d_func();
         if (d->IsOpen()) {
-            d->Exec("SAVEPOINT vx_trans");
+            d->Writing().BeginTrans();
             ++d->transactionDepth;
         }
     }
@@ -47,15 +47,15 @@ void CDaoWorkspace::BeginTrans()
 
 void CDaoWorkspace::CommitTrans()
 {
-    EndTrans("RELEASE vx_trans", false);
+    EndTrans(false);
 }
 
 void CDaoWorkspace::Rollback()
 {
-    EndTrans("ROLLBACK TO vx_trans; RELEASE vx_trans", true);
+    EndTrans(true);
 }
 
-void CDaoWorkspace::EndTrans(const char* sql, bool undone)
+void CDaoWorkspace::EndTrans(bool undone)
 {
     if (m_depth == 0)
         vx::ThrowDao(vx::kDaoNoTransaction, "You tried to commit or rollback a transaction without first "
@@ -64,8 +64,12 @@ void CDaoWorkspace::EndTrans(const char* sql, bool undone)
     for (CDaoDatabase* db : m_databases) {
         DaoDatabasePrivate* d = db->d_func();
         if (d->IsOpen() && d->transactionDepth > m_depth) {
-            d->Exec(sql);
+            vx::Engine& engine = d->Writing();
             --d->transactionDepth;
+            if (undone)
+                engine.Rollback();
+            else
+                engine.CommitTrans();
             // Cached rows may hold what was just undone.
             if (undone)
                 d->SchemaChanged();

@@ -42,8 +42,8 @@ private:
     friend class CDaoDatabase;
     void Attach(CDaoDatabase* database);
     void Detach(CDaoDatabase* database);
-    // Ends the innermost transaction on every open database with `sql`.
-    void EndTrans(const char* sql, bool undone);
+    // Ends the innermost transaction on every open database.
+    void EndTrans(bool undone);
     std::vector<CDaoDatabase*> m_databases;
     int m_depth = 0;
 };

@@ -1,9 +1,83 @@
 // The framework's frame classes that hosts hand to the library
-// (g_pDLLMainframe is a CMDIFrameWnd).
+// (g_pDLLMainframe is a CMDIFrameWnd), with their control bars: a frame that
+// takes docking has a dock bar on each side it allows, and lays its bars out
+// around the pane (the child with id AFX_IDW_PANE_FIRST, the MDI client or a
+// view) whenever it changes size.
+//
+//   frame.EnableDocking(CBRS_ALIGN_ANY);
+//   toolBar.EnableDocking(CBRS_ALIGN_ANY);
+//   frame.DockControlBar(&toolBar);
+//   frame.LoadBarState("Bars");
+//
+// The bars are window classes of vxbase-ui; it installs how a frame docks
+// them (vx::SetFrameDocking). Without it a frame only lays out its pane.
 #pragma once
 
 #include "platform/windows/cwnd.h"
 #include "vxbase_export.h"
+
+#include <vector>
+
+class CControlBar; // vxbase-ui
+
+// Ids of the frame's standard children.
+constexpr UINT AFX_IDW_TOOLBAR = 0xE800;
+constexpr UINT AFX_IDW_STATUS_BAR = 0xE801;
+constexpr UINT AFX_IDW_DOCKBAR_TOP = 0xE81B;
+constexpr UINT AFX_IDW_DOCKBAR_LEFT = 0xE81C;
+constexpr UINT AFX_IDW_DOCKBAR_RIGHT = 0xE81D;
+constexpr UINT AFX_IDW_DOCKBAR_BOTTOM = 0xE81E;
+constexpr UINT AFX_IDW_DOCKBAR_FLOAT = 0xE81F;
+constexpr UINT AFX_IDW_PANE_FIRST = 0xE900;
+
+// The sides a bar docks at and the borders it draws.
+constexpr DWORD CBRS_ALIGN_LEFT = 0x1000;
+constexpr DWORD CBRS_ALIGN_TOP = 0x2000;
+constexpr DWORD CBRS_ALIGN_RIGHT = 0x4000;
+constexpr DWORD CBRS_ALIGN_BOTTOM = 0x8000;
+constexpr DWORD CBRS_ALIGN_ANY = 0xF000;
+constexpr DWORD CBRS_BORDER_LEFT = 0x0100;
+constexpr DWORD CBRS_BORDER_TOP = 0x0200;
+constexpr DWORD CBRS_BORDER_RIGHT = 0x0400;
+constexpr DWORD CBRS_BORDER_BOTTOM = 0x0800;
+constexpr DWORD CBRS_BORDER_ANY = 0x0F00;
+constexpr DWORD CBRS_ORIENT_HORZ = CBRS_ALIGN_TOP | CBRS_ALIGN_BOTTOM;
+constexpr DWORD CBRS_ORIENT_VERT = CBRS_ALIGN_LEFT | CBRS_ALIGN_RIGHT;
+constexpr DWORD CBRS_FLOATING = 0x0001;
+constexpr DWORD CBRS_SIZE_FIXED = 0x0002;
+constexpr DWORD CBRS_SIZE_DYNAMIC = 0x0004;
+constexpr DWORD CBRS_HIDE_INPLACE = 0x0008;
+constexpr DWORD CBRS_TOOLTIPS = 0x0010;
+constexpr DWORD CBRS_FLYBY = 0x0020;
+constexpr DWORD CBRS_FLOAT_MULTI = 0x0040;
+constexpr DWORD CBRS_BORDER_3D = 0x0080;
+constexpr DWORD CBRS_GRIPPER = 0x00400000;
+constexpr DWORD CBRS_TOP = CBRS_ALIGN_TOP | CBRS_BORDER_BOTTOM;
+constexpr DWORD CBRS_BOTTOM = CBRS_ALIGN_BOTTOM | CBRS_BORDER_TOP;
+constexpr DWORD CBRS_LEFT = CBRS_ALIGN_LEFT | CBRS_BORDER_RIGHT;
+constexpr DWORD CBRS_RIGHT = CBRS_ALIGN_RIGHT | CBRS_BORDER_LEFT;
+constexpr DWORD CBRS_ALL = 0x0040FFFF;
+
+class CFrameWnd;
+
+namespace vx {
+
+// How a frame docks its bars; vxbase-ui installs it.
+struct FrameDocking {
+    void (*enableDocking)(CFrameWnd& frame, DWORD dockStyle) = nullptr;
+    void (*dockControlBar)(CFrameWnd& frame, CControlBar* bar, UINT dockBarId, const RECT* rect) = nullptr;
+    void (*floatControlBar)(CFrameWnd& frame, CControlBar* bar, POINT screen, DWORD style) = nullptr;
+    void (*showControlBar)(CFrameWnd& frame, CControlBar* bar, BOOL show) = nullptr;
+    // Places the dock bars and returns the client rectangle left for the pane.
+    RECT (*layoutBars)(CFrameWnd& frame, const RECT& client) = nullptr;
+    void (*saveBarState)(const CFrameWnd& frame, const char* profileName) = nullptr;
+    void (*loadBarState)(CFrameWnd& frame, const char* profileName) = nullptr;
+    // The frame is being destroyed: what was made for it goes.
+    void (*frameGone)(CFrameWnd& frame) = nullptr;
+};
+VXBASE_EXPORT void SetFrameDocking(const FrameDocking& docking);
+
+} // namespace vx
 
 // The framework's frame classes. A host's main frame derives from
 // CMDIFrameWnd; the library only sends it messages.
@@ -15,6 +89,32 @@ public:
     // Modal dialogs open over the frame; a modal loop raises it while it
     // runs, so that the frame is not closed under it.
     int m_cModalStack = 0;
+
+    // The sides that take bars (CBRS_ALIGN_...), set by EnableDocking.
+    DWORD m_dwDockStyle = 0;
+    // The bars (CControlBar windows) that dock in this frame, in the order
+    // they were first docked or floated.
+    std::vector<CWnd*> m_listControlBars;
+    // The frame class floating bars live in; null gives CMiniDockFrameWnd.
+    CFrameWnd* (*m_pFloatingFrameFactory)() = nullptr;
+
+    // Makes a dock bar for each side of `dockStyle` that has none.
+    void EnableDocking(DWORD dockStyle);
+    // Docks a bar at a side (0: the first its style allows), at a screen
+    // rectangle when given (its row and place), else in a row of its own.
+    void DockControlBar(CControlBar* bar, UINT dockBarId = 0, const RECT* rect = nullptr);
+    // Floats a bar in a mini frame at a screen point.
+    void FloatControlBar(CControlBar* bar, CPoint screen, DWORD style = CBRS_ALIGN_TOP);
+    void ShowControlBar(CControlBar* bar, BOOL show, BOOL delay);
+    // Places the dock bars along the sides and the pane in what is left.
+    virtual void RecalcLayout(BOOL notify = TRUE);
+    // Writes and reads where every bar is (side, row, place, floating point,
+    // visibility) through KProfile, in sections "<name>-Bar<n>".
+    void SaveBarState(const char* profileName) const;
+    void LoadBarState(const char* profileName);
+
+protected:
+    void OnSize(UINT type, int cx, int cy) override;
 };
 
 class VXBASE_EXPORT CMDIFrameWnd : public CFrameWnd {

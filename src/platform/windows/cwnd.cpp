@@ -3,8 +3,11 @@
 #include "platform/windows/cwnd_p.h"
 #include "platform/windows/messagepump.h"
 #include "platform/windows/windowlong.h"
+#include "platform/windows/windowparent.h"
+#include "platform/windows/windowtable_p.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace vx {
 
@@ -14,6 +17,10 @@ CWnd* g_focus = nullptr;
 CWnd* g_capture = nullptr;
 CWnd* g_mainWnd = nullptr;
 CWnd* g_active = nullptr;
+
+// Counts destroyed window objects, so that a handler that returns can tell
+// cheaply whether any window object went away meanwhile.
+std::uint64_t g_windowObjectsGone = 0;
 
 std::unordered_set<const CWnd*>& LiveWindows()
 {
@@ -105,6 +112,7 @@ CWnd::~CWnd()
             w->m_parent = nullptr;
     }
     vx::LiveWindows().erase(this);
+    ++vx::g_windowObjectsGone;
     if (vx::g_focus == this)
         vx::g_focus = nullptr;
     if (vx::g_capture == this)
@@ -211,8 +219,11 @@ LRESULT CWnd::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     const CurrentMessage saved = m_current;
     m_current = CurrentMessage{message, wParam, lParam};
+    const std::uint64_t gone = vx::g_windowObjectsGone;
     const LRESULT result = WindowProc(message, wParam, lParam);
-    if (vx::LiveWindows().count(this))
+    // A handler may have deleted this object; look it up only when some
+    // window object went away.
+    if (gone == vx::g_windowObjectsGone || vx::LiveWindows().count(this))
         m_current = saved;
     return result;
 }
@@ -513,6 +524,18 @@ bool CWnd::WriteWindowLong(int index, LONG_PTR value)
     }
     case GWL_EXSTYLE: m_exStyle = static_cast<DWORD>(value); return true;
     case GWLP_ID: m_id = static_cast<UINT>(value); return true;
+    case GWLP_HWNDPARENT: {
+        // Only SetParent writes this word here; it moves the window into
+        // another parent, keeping its rectangle in the new parent's terms.
+        CWnd* parent = FromHandle(reinterpret_cast<HWND>(value));
+        if (parent == m_parent)
+            return true;
+        m_parent = parent;
+        vx::detail::SetParentEntry(m_hWnd, parent ? parent->m_hWnd : nullptr);
+        if (vx::detail::g_reparentHook)
+            vx::detail::g_reparentHook(*this, parent);
+        return true;
+    }
     default: return false;
     }
 }

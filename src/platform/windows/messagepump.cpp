@@ -1,5 +1,6 @@
 #include "platform/windows/messagepump.h"
 
+#include "platform/windows/manualclock.h"
 #include "platform/windows/messagequeue_p.h"
 #include "platform/windows/winuser.h"
 #include "platform/windows/windowtable_p.h"
@@ -11,6 +12,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <map>
@@ -23,6 +25,26 @@ namespace vx {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+// A clock that moves only when told (tests of timed behaviour); unset, the
+// steady clock.
+struct ManualClock {
+    std::atomic<bool> on{false};
+    std::atomic<long long> nowNs{0};
+};
+ManualClock& TheManualClock()
+{
+    static ManualClock clock;
+    return clock;
+}
+
+Clock::time_point Now()
+{
+    ManualClock& m = TheManualClock();
+    if (m.on.load())
+        return Clock::time_point(std::chrono::nanoseconds(m.nowNs.load()));
+    return Clock::now();
+}
 
 struct Timer {
     HWND hwnd;
@@ -84,7 +106,9 @@ void SyncSignalsLocked(Queue& q)
     while (read(q.tfd, &count, sizeof count) > 0) {
     }
     itimerspec due{};
-    if (!q.timers.empty()) {
+    // Under the manual clock timers fall due only when it is moved on, and
+    // the mover pumps them itself.
+    if (!q.timers.empty() && !TheManualClock().on.load()) {
         const auto earliest =
             std::min_element(q.timers.begin(), q.timers.end(), [](const Timer& a, const Timer& b) { return a.due < b.due; })
                 ->due;
@@ -364,7 +388,7 @@ UINT_PTR SetTimer(HWND hwnd, UINT_PTR id, UINT elapse, TIMERPROC proc)
     std::lock_guard lock(q.lock);
     if (!hwnd)
         id = q.nextThreadTimer++;
-    const auto due = Clock::now() + std::chrono::milliseconds(elapse);
+    const auto due = Now() + std::chrono::milliseconds(elapse);
     auto it = std::find_if(q.timers.begin(), q.timers.end(),
                            [&](const Timer& t) { return t.hwnd == hwnd && t.id == id; });
     if (it != q.timers.end())
@@ -408,7 +432,7 @@ BOOL PeekMessageA(LPMSG msg, HWND hwnd, UINT filterMin, UINT filterMax, UINT rem
             return TRUE;
         }
     }
-    const auto now = Clock::now();
+    const auto now = Now();
     Timer* due = nullptr;
     for (Timer& t : q.timers) {
         if (t.due <= now && (!hwnd || t.hwnd == hwnd) && (!due || t.due < due->due))
@@ -465,5 +489,28 @@ LRESULT DispatchMessageA(const MSG* msg)
 DWORD GetTickCount()
 {
     return static_cast<DWORD>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now().time_since_epoch()).count());
+        std::chrono::duration_cast<std::chrono::milliseconds>(Now().time_since_epoch()).count());
 }
+
+namespace vx {
+
+void UseManualClock(bool manual)
+{
+    ManualClock& m = TheManualClock();
+    if (manual && !m.on.load())
+        m.nowNs = std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now().time_since_epoch()).count();
+    m.on = manual;
+    Queue& q = TheQueue();
+    std::lock_guard lock(q.lock);
+    SyncSignalsLocked(q);
+}
+
+void AdvanceManualClock(UINT milliseconds)
+{
+    ManualClock& m = TheManualClock();
+    if (!m.on.load())
+        return;
+    m.nowNs += static_cast<long long>(milliseconds) * 1000000LL;
+}
+
+} // namespace vx

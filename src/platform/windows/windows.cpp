@@ -33,6 +33,11 @@ struct Table {
     std::uint32_t nextSerial = 1;
     RemoteWindows* remote = nullptr;
     std::unordered_map<std::string, UINT> messages;
+    // The last two windows found: a message and its answer mostly go back
+    // and forth between two windows (a control and its parent).
+    std::uint32_t recentSerial[2] = {0, 0};
+    Entry* recentEntry[2] = {nullptr, nullptr};
+    unsigned recentNext = 0;
 };
 
 std::atomic<pid_t> g_pid{0};
@@ -68,8 +73,19 @@ Entry* FindLocked(Table& t, HWND h)
 {
     if (!IsLocalHandle(h))
         return nullptr;
-    auto it = t.windows.find(Serial(h));
-    return it == t.windows.end() ? nullptr : &it->second;
+    const std::uint32_t serial = Serial(h);
+    for (int i = 0; i < 2; ++i) {
+        if (t.recentSerial[i] == serial && t.recentEntry[i])
+            return t.recentEntry[i];
+    }
+    auto it = t.windows.find(serial);
+    if (it == t.windows.end())
+        return nullptr;
+    // Map nodes stay where they are until erased, so the pointer keeps.
+    const unsigned slot = t.recentNext++ & 1u;
+    t.recentSerial[slot] = serial;
+    t.recentEntry[slot] = &it->second;
+    return &it->second;
 }
 
 int CopyText(const std::string& text, char* out, int maxCount)
@@ -194,7 +210,14 @@ void UnregisterWindow(HWND hwnd)
         std::lock_guard lock(t.lock);
         if (!FindLocked(t, hwnd))
             return;
-        t.windows.erase(Serial(hwnd));
+        const std::uint32_t serial = Serial(hwnd);
+        for (int i = 0; i < 2; ++i) {
+            if (t.recentSerial[i] == serial) {
+                t.recentSerial[i] = 0;
+                t.recentEntry[i] = nullptr;
+            }
+        }
+        t.windows.erase(serial);
     }
     detail::DropWindowMessages(hwnd);
     if (RemoteWindows* remote = GetRemoteWindows())
@@ -207,6 +230,17 @@ MessageTarget* FindTarget(HWND hwnd)
     std::lock_guard lock(t.lock);
     Entry* e = FindLocked(t, hwnd);
     return e ? e->target : nullptr;
+}
+
+bool detail::SetParentEntry(HWND hwnd, HWND parent)
+{
+    Table& t = TheTable();
+    std::lock_guard lock(t.lock);
+    Entry* e = FindLocked(t, hwnd);
+    if (!e)
+        return false;
+    e->info.parent = parent;
+    return true;
 }
 
 bool detail::WithWindow(HWND hwnd, const std::function<void(MessageTarget*, WindowExtras&)>& fn)

@@ -30,6 +30,8 @@ struct WindowExtras {
 // false for a window that is not in this process's table.
 bool WithWindow(HWND hwnd, const std::function<void(MessageTarget*, WindowExtras&)>& fn);
 bool ProcedureOf(HWND hwnd, MessageTarget*& target, WNDPROC& proc);
+// Records a window's new parent (or owner) in the table.
+bool SetParentEntry(HWND hwnd, HWND parent);
 // Hands a message to the window's procedure; `hooks` lets the
 // WH_CALLWNDPROC and WH_CALLWNDPROCRET hooks see it (sent messages).
 LRESULT Deliver(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam, bool hooks);

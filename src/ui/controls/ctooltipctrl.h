@@ -1,7 +1,9 @@
 // CToolTipCtrl: the platform's tooltip control, as windows use it for their
-// own tips. A tool is a window (or a rectangle of it) with a text; while the
-// control is active, hovering over a tool's window shows the text in Qt's
-// tooltip. The control answers the TTM_ messages it is sent.
+// own tips. A tool is a window, or a rectangle of its client area, with a
+// text or a text its window gives on demand (TTN_NEEDTEXT); while the
+// control is active, hovering over a tool shows the text in Qt's tooltip,
+// which goes when the cursor leaves the tool's rectangle. The control
+// answers the TTM_ messages it is sent.
 //
 //   m_tip.Create(this);
 //   m_tip.AddTool(this, "Opens the project");
@@ -32,6 +34,7 @@ constexpr UINT TTM_NEWTOOLRECTA = WM_USER + 6;
 constexpr UINT TTM_RELAYEVENT = WM_USER + 7;
 constexpr UINT TTM_GETTOOLINFOA = WM_USER + 8;
 constexpr UINT TTM_UPDATETIPTEXTA = WM_USER + 12;
+constexpr UINT TTM_HITTESTA = WM_USER + 10;
 constexpr UINT TTM_GETTOOLCOUNT = WM_USER + 13;
 constexpr UINT TTM_SETMAXTIPWIDTH = WM_USER + 24;
 constexpr UINT TTM_GETMAXTIPWIDTH = WM_USER + 25;
@@ -76,11 +79,21 @@ public:
 
     // A hidden popup owned by `parent`, with TTS_ styles.
     BOOL Create(CWnd* parent, DWORD style = 0);
-    // Adds a tool over `window` (the rectangle is informative; the whole
-    // window shows the tip). Replaces an existing tool of the same window and id.
+    // Adds a tool over `window`: the rectangle (client coordinates) or, when
+    // null or empty or with TTF_IDISHWND, the whole window. Replaces an
+    // existing tool of the same window and id.
     BOOL AddTool(CWnd* window, LPCSTR text = LPSTR_TEXTCALLBACK, const RECT* rect = nullptr, UINT_PTR id = 0);
     BOOL AddTool(CWnd* window, UINT textId, const RECT* rect = nullptr, UINT_PTR id = 0);
     void DelTool(CWnd* window, UINT_PTR id = 0);
+    // A tool's new rectangle, as a tool bar moves its buttons (TTM_NEWTOOLRECT).
+    void SetToolRect(CWnd* window, UINT_PTR id, const RECT* rect);
+    // The tool at a client point of `window` (a rectangle tool before a
+    // whole-window one); fills `info` (its text is the fixed text or
+    // LPSTR_TEXTCALLBACK, valid until the tool changes).
+    BOOL HitTest(CWnd* window, CPoint point, TOOLINFO* info) const;
+    // The text the tip shows at a client point of `window`, asking the
+    // tool's window when the tool has no fixed text; "" for no tool.
+    CString TextAt(CWnd* window, CPoint point) const;
     void UpdateTipText(LPCSTR text, CWnd* window, UINT_PTR id = 0);
     void GetText(CString& text, CWnd* window, UINT_PTR id = 0) const;
     int GetToolCount() const;
@@ -98,16 +111,22 @@ protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
+    friend class ToolTipFilter;
     struct Tool {
         HWND window;
         UINT_PTR id;
         CString text;
         RECT rect;
         bool callback; // the window is asked for the text (TTN_NEEDTEXT)
+        UINT flags = 0;
     };
+    bool WholeWindow(const Tool& tool) const;
+    const Tool* ToolAt(HWND window, CPoint point) const;
     void Apply(const Tool& tool) const;
+    void Watch(CWnd* window);
     std::vector<Tool> m_tools;
     bool m_active = true;
     int m_maxWidth = -1;
     UINT m_delay = 500;
+    class ToolTipFilter* m_filter = nullptr;
 };

@@ -639,6 +639,16 @@ void CMSFlexGrid::SetColAlignment(long col, short alignment)
     d->Invalidate();
 }
 
+long CMSFlexGrid::GetClientWidth() const
+{
+    return PixelsToTwips(d->DataRect().Width());
+}
+
+long CMSFlexGrid::GetClientHeight() const
+{
+    return PixelsToTwips(d->DataRect().Height());
+}
+
 long CMSFlexGrid::GetColWidth(long col) const
 {
     return col >= 0 && col < d->cols ? PixelsToTwips(d->ColWidthPx(col)) : 0;

@@ -119,6 +119,10 @@ public:
     BOOL GetCellRect(long row, long col, RECT* rect) const;
     // The cell at a client point; FALSE outside the cells.
     BOOL HitTest(CPoint point, long* row, long* col) const;
+    // The area the cells may take: the client area less the scroll bars
+    // that show.
+    long GetClientWidth() const;
+    long GetClientHeight() const;
 
     // --- the current cell and scrolling -----------------------------------------------------
     long GetRow() const;

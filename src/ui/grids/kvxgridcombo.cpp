@@ -1,5 +1,9 @@
 #include "ui/grids/kvxgridcombo.h"
 
+#include "ui/gdi/cdc.h"
+#include "ui/gdi/cgdiobject.h"
+#include "platform/windows/sysmetrics.h"
+
 #include <algorithm>
 
 KVxGridCombo::KVxGridCombo() = default;
@@ -18,7 +22,21 @@ void KVxGridCombo::Start(const RECT& cell, const CStringArray& items, int select
     const int line = std::max(1, GetItemHeight(0));
     const int rows = std::max(1, std::min<int>(kVisibleItems, static_cast<int>(items.GetSize())));
     const int field = GetItemHeight(-1) + 6;
-    MoveWindow(cell.left, cell.top, std::max<int>(cell.right - cell.left, 20), field + rows * line + 2, FALSE);
+    const int width = std::max<int>(cell.right - cell.left, 20);
+    MoveWindow(cell.left, cell.top, width, field + rows * line + 2, FALSE);
+    // A narrow cell still shows its choices whole in the list.
+    int widest = 0;
+    {
+        CClientDC dc(this);
+        CFont* font = GetFont();
+        CFont* old = font ? dc.SelectObject(font) : nullptr;
+        for (int i = 0; i < items.GetSize(); ++i)
+            widest = std::max<int>(widest, dc.GetTextExtent(items[i]).cx);
+        if (old)
+            dc.SelectObject(old);
+    }
+    const int scroll = items.GetSize() > rows ? GetSystemMetrics(SM_CXVSCROLL) : 0;
+    SendMessage(CB_SETDROPPEDWIDTH, static_cast<WPARAM>(std::max(width, widest + 8 + scroll)));
     m_active = true;
     SetWindowPos(&CWnd::wndTop, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
     SetFocus();

@@ -1,5 +1,7 @@
 #include "ui/windows/qtwindow_p.h"
 
+#include "platform/windows/windowparent.h"
+
 #include "ui/gdi/gdiobjects_p.h"
 #include "ui/windows/qtinterop.h"
 #include "ui/windows/uiapp.h"
@@ -129,6 +131,10 @@ std::unique_ptr<WindowBackend> CreateQtBackend(CWnd& window, CWnd* parent, DWORD
 // vxbase-ui takes over how windows are shown as soon as it is loaded.
 const bool g_installed = [] {
     SetWindowBackendFactory(&CreateQtBackend);
+    SetReparentHook([](CWnd& window, CWnd* parent) {
+        if (QtWindowBackend* b = QtBackendOf(&window))
+            b->Reparent(parent);
+    });
     return true;
 }();
 
@@ -497,6 +503,20 @@ void QtWindowBackend::SetGeometry(const CRect& rect)
     if (m_topLevel && m_widget->isVisible())
         ApplySizeLimits();
     m_settingGeometry = false;
+}
+
+void QtWindowBackend::Reparent(CWnd* parent)
+{
+    m_parent = parent;
+    if (!m_widget || m_topLevel)
+        return;
+    QtWindowBackend* parentBackend = parent ? QtBackendOf(parent) : nullptr;
+    QWidget* parentWidget = parentBackend ? parentBackend->Widget() : nullptr;
+    const bool visible = m_owner.GetStyle() & WS_VISIBLE;
+    // Qt hides a widget that changes parent; it shows again as the window is.
+    m_widget->setParent(parentWidget, Qt::Widget);
+    SetGeometry(m_rect);
+    m_widget->setVisible(visible && parentWidget);
 }
 
 void QtWindowBackend::ClientAreaChanged()

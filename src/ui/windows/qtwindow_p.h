@@ -91,6 +91,8 @@ public:
     // A move or resize that came from the desktop (the user or the window manager).
     void DesktopGeometry(const QRect& rect);
     bool SettingGeometry() const { return m_settingGeometry; }
+    // The window moved into another parent (SetParent): its widget follows.
+    void Reparent(CWnd* parent);
     // The window's shape (SetWindowRgn); empty for the whole rectangle.
     void SetShape(const QRegion& shape, bool set);
     bool HasShape() const { return m_hasShape; }

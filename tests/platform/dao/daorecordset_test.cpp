@@ -186,3 +186,43 @@ TEST(DaoRecordset, WritesOfTheSameDatabaseLeaveTheMembersOfAWalk)
     db.m_pWorkspace->Rollback();
     EXPECT_STREQ(walker.GetFieldValue("Name").bstrVal, "second");
 }
+
+TEST(DaoRecordset, AnEditOfARecordAnotherProgramChangedIsRefused)
+{
+    dbtest::TempDir dir;
+    const std::string file = MakeParts(dir, 3);
+    CDaoDatabase mine, theirs;
+    mine.Open(file.c_str());
+    theirs.Open(file.c_str());
+    CDaoRecordset set(&mine);
+    set.Open(dbOpenDynaset, "SELECT * FROM [Parts] ORDER BY [Nr]");
+    set.MoveLast();
+    set.MoveFirst();
+    // The other program changes only the case: the file compares without
+    // regard to case, the check must not.
+    theirs.Execute("UPDATE Parts SET Name='p1' WHERE Nr=1");
+    theirs.Execute("DELETE FROM Parts WHERE Nr=2");
+    set.Edit();
+    set.SetFieldValue("Nr", COleVariant(100L));
+    EXPECT_EQ(ErrorOf([&] { set.Update(); }), 3197);
+    set.CancelUpdate();
+    EXPECT_STREQ(set.GetFieldValue("Name").bstrVal, "p1");
+    set.MoveNext();
+    // A record the other deleted: refused when it is read again or written.
+    EXPECT_EQ(ErrorOf([&] {
+                  set.Edit();
+                  set.SetFieldValue("Name", "gone");
+                  set.Update();
+              }),
+              3167);
+    if (set.GetEditMode() != dbEditNone)
+        set.CancelUpdate();
+    // A record nobody else touched updates, and the others see it.
+    set.MoveNext();
+    set.Edit();
+    set.SetFieldValue("Name", COleVariant("mine"));
+    set.Update();
+    CDaoRecordset check(&theirs);
+    check.Open(dbOpenDynaset, "SELECT * FROM [Parts] WHERE [Nr] = 3");
+    EXPECT_STREQ(check.GetFieldValue("Name").bstrVal, "mine");
+}

@@ -7,7 +7,12 @@
 #include "ui/controls/ctooltipctrl.h"
 #include "ui/windows/qtinterop.h"
 
+#include <QApplication>
+#include <QHelpEvent>
+#include <QToolTip>
 #include <QWidget>
+
+#include <cstdio>
 
 #include <memory>
 #include <string>
@@ -20,6 +25,44 @@ std::string TipOf(const CWnd& window)
     return widget ? vx::FromQString(widget->toolTip()).StdString() : "(no widget)";
 }
 
+// What shows when the cursor rests at a client point of the window: Qt's
+// tooltip request goes to the widget as the desktop sends it.
+std::string TipAt(CWnd& window, int x, int y)
+{
+    QWidget* widget = vx::WidgetOfWindow(&window);
+    if (!widget)
+        return "(no widget)";
+    // Qt hides a tip with a delay: a marker text tells whether a new one came.
+    const QString none = QStringLiteral("(none)");
+    QToolTip::showText(QPoint(0, 0), none, widget);
+    CPoint at(x, y);
+    window.ClientToScreen(&at);
+    CRect r;
+    window.GetWindowRect(&r);
+    QHelpEvent event(QEvent::ToolTip, QPoint(at.x - r.left, at.y - r.top), widget->mapToGlobal(QPoint(at.x - r.left, at.y - r.top)));
+    QApplication::sendEvent(widget, &event);
+    const QString shown = QToolTip::text();
+    QToolTip::hideText();
+    return shown == none ? std::string() : vx::FromQString(shown).StdString();
+}
+
+// A tool window that answers TTN_NEEDTEXT with a count of the questions.
+class AskedWindow : public CWnd {
+public:
+    int asked = 0;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == TTN_NEEDTEXT) {
+            auto* info = reinterpret_cast<NMTTDISPINFOA*>(lParam);
+            snprintf(info->szText, sizeof info->szText, "asked %d", asked++);
+            return 0;
+        }
+        return CWnd::WindowProc(message, wParam, lParam);
+    }
+};
+
 class ToolTips : public ::testing::Test {
 protected:
     ToolTips()
@@ -31,7 +74,7 @@ protected:
         tip->Create(&parent);
     }
     CWnd parent;
-    CWnd open;
+    AskedWindow open;
     CWnd save;
     std::unique_ptr<CToolTipCtrl> tip;
 };
@@ -66,19 +109,34 @@ TEST_F(ToolTips, ToolTextShowsOverItsWindow)
 }
 
 // Two tools may share a window (as a tool bar's buttons share the bar):
-// deleting one leaves the other's text showing.
-TEST_F(ToolTips, DeletingOneToolOfAWindowKeepsTheOther)
+// each shows over its own rectangle, and deleting one leaves the other.
+TEST_F(ToolTips, RectangleToolsShowOverTheirOwnRectangles)
 {
     const RECT left{0, 0, 25, 20};
     const RECT right{25, 0, 50, 20};
     tip->AddTool(&open, "Left half", &left, 1);
     tip->AddTool(&open, "Right half", &right, 2);
+    EXPECT_EQ(TipOf(open), "") << "no tip for the whole window";
+    EXPECT_EQ(TipAt(open, 5, 5), "Left half");
+    EXPECT_EQ(TipAt(open, 30, 5), "Right half");
+    TOOLINFO info{};
+    ASSERT_TRUE(tip->HitTest(&open, CPoint(30, 5), &info));
+    EXPECT_EQ(info.uId, 2u);
+    EXPECT_EQ(CRect(info.rect), CRect(right));
+
+    // A tool bar moves its buttons: the rectangle follows.
+    const RECT moved{40, 0, 50, 20};
+    tip->SetToolRect(&open, 2, &moved);
+    EXPECT_EQ(TipAt(open, 30, 5), "");
+    EXPECT_EQ(TipAt(open, 45, 5), "Right half");
+
     tip->DelTool(&open, 2);
     EXPECT_EQ(tip->GetToolCount(), 1);
-    EXPECT_EQ(TipOf(open), "Left half");
+    EXPECT_EQ(TipAt(open, 45, 5), "");
+    EXPECT_EQ(TipAt(open, 5, 5), "Left half");
     tip->DelTool(&open, 1);
     EXPECT_EQ(tip->GetToolCount(), 0);
-    EXPECT_EQ(TipOf(open), "");
+    EXPECT_EQ(TipAt(open, 5, 5), "");
     tip->DelTool(&open, 1); // nothing left to delete
     EXPECT_EQ(tip->GetToolCount(), 0);
 }
@@ -113,12 +171,15 @@ TEST_F(ToolTips, ControlThatGoesTakesItsTextsAlong)
     EXPECT_EQ(TipOf(open), "");
 }
 
-// A tool whose text its window gives on demand shows no fixed text.
-TEST_F(ToolTips, CallbackToolHasNoFixedText)
+// A tool whose text its window gives on demand shows no fixed text: the
+// window is asked each time the tip shows.
+TEST_F(ToolTips, CallbackToolAsksItsWindow)
 {
     tip->AddTool(&open);
     EXPECT_EQ(tip->GetToolCount(), 1);
     EXPECT_EQ(TipOf(open), "");
+    EXPECT_EQ(TipAt(open, 5, 5), "asked 0");
+    EXPECT_EQ(open.asked, 1);
     tip->UpdateTipText("Now fixed", &open);
     EXPECT_EQ(TipOf(open), "Now fixed");
 }

@@ -272,9 +272,16 @@ TEST_F(GridTest, ScrollBarsShowWhenNeededAndMoveTheCells)
     ASSERT_NE(hbar, nullptr);
     EXPECT_FALSE(vbar->IsWindowVisible());
     EXPECT_FALSE(hbar->IsWindowVisible());
+    CRect client;
+    grid.GetClientRect(&client);
+    EXPECT_EQ(grid.GetClientWidth(), client.Width() * 15);
+    EXPECT_EQ(grid.GetClientHeight(), client.Height() * 15);
     Fill();
     EXPECT_TRUE(vbar->IsWindowVisible());
     EXPECT_TRUE(hbar->IsWindowVisible());
+    // The room of the cells is what the bars leave.
+    EXPECT_EQ(grid.GetClientWidth(), (client.Width() - GetSystemMetrics(SM_CXVSCROLL)) * 15);
+    EXPECT_EQ(grid.GetClientHeight(), (client.Height() - GetSystemMetrics(SM_CYHSCROLL)) * 15);
     CRect bar;
     vbar->GetWindowRect(&bar);
     grid.ScreenToClient(&bar);

@@ -1,6 +1,6 @@
-// The parts of the engine that every DAO class shares: errors, the type
-// mapping, and the conversion of values between variants and SQLite.
-#include "platform/dao/daoengine_p.h"
+// What the engines share: errors, names, Jet's type names, and the
+// conversion of values between variants and what an engine stores.
+#include "platform/dao/daovalue_p.h"
 
 #include "platform/framework/cexception.h"
 #include "platform/framework/coledatetime.h"
@@ -22,86 +22,6 @@ void ThrowDao(long code, const std::string& description)
     throw CDaoException(code, CString(description));
 }
 
-namespace {
-
-std::string After(const std::string& text, const char* prefix)
-{
-    const auto at = text.find(prefix);
-    return at == std::string::npos ? std::string() : text.substr(at + std::strlen(prefix));
-}
-
-} // namespace
-
-void ThrowSqlite(sqlite3* db, int rc, const std::string& what)
-{
-    const std::string message = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
-    const int extended = db ? sqlite3_extended_errcode(db) : rc;
-    switch (rc & 0xFF) {
-    case SQLITE_NOMEM:
-        // SQLite says "out of memory" also when a damaged file asks it for
-        // more than it ever allocates (a record gigabytes long). While memory
-        // is to be had, the file is at fault.
-        if (void* probe = sqlite3_malloc(1 << 20)) {
-            sqlite3_free(probe);
-            ThrowDao(kDaoCorrupt, "Cannot open database '" + what +
-                                      "'. It may not be a database that your application recognizes, or the file "
-                                      "may be corrupt.");
-        }
-        throw CMemoryException();
-    case SQLITE_NOTADB:
-        ThrowDao(kDaoUnrecognizedFormat, "Unrecognized database format '" + what + "'.");
-    case SQLITE_CORRUPT:
-        ThrowDao(kDaoCorrupt, "Cannot open database '" + what +
-                                  "'. It may not be a database that your application recognizes, or the file "
-                                  "may be corrupt.");
-    case SQLITE_CANTOPEN:
-    case SQLITE_PERM:
-    case SQLITE_AUTH:
-        ThrowDao(kDaoNoPermission, "Cannot open the file '" + what +
-                                       "'. It is already opened exclusively by another user, or you need "
-                                       "permission to view its data.");
-    case SQLITE_READONLY:
-        ThrowDao(kDaoReadOnly, "Cannot update. Database or object is read-only.");
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        ThrowDao(kDaoLocked, "Could not update; currently locked by another session on this machine.");
-    case SQLITE_FULL:
-        ThrowDao(kDaoDiskError, "Not enough space on disk.");
-    case SQLITE_IOERR:
-        ThrowDao(kDaoDiskError, "Disk or network error. (" + message + ")");
-    case SQLITE_TOOBIG:
-        ThrowDao(kDaoFieldTooSmall,
-                 "The field is too small to accept the amount of data you attempted to add.");
-    case SQLITE_CONSTRAINT:
-        if (extended == SQLITE_CONSTRAINT_UNIQUE || extended == SQLITE_CONSTRAINT_PRIMARYKEY)
-            ThrowDao(kDaoDuplicateKey, "The changes you requested to the table were not successful because "
-                                       "they would create duplicate values in the index, primary key, or "
-                                       "relationship. (" + message + ")");
-        if (extended == SQLITE_CONSTRAINT_NOTNULL)
-            ThrowDao(kDaoRequiredField, "The field '" + After(message, "failed: ") +
-                                            "' can't contain a Null value because the Required property "
-                                            "for this field is set to True.");
-        ThrowDao(3317, "One or more values are prohibited by the validation rule. (" + message + ")");
-    default:
-        break;
-    }
-    if (message.starts_with("no such table: "))
-        ThrowDao(kDaoInputTableNotFound, "The database engine cannot find the input table or query '" +
-                                             After(message, "no such table: ") +
-                                             "'. Make sure it exists and that its name is spelled correctly.");
-    if (message.starts_with("no such column: "))
-        ThrowDao(kDaoTooFewParameters, "Too few parameters. Expected 1. (Unknown field '" +
-                                           After(message, "no such column: ") + "'.)");
-    if (message.find("already exists") != std::string::npos) {
-        if (message.starts_with("index"))
-            ThrowDao(kDaoIndexExists, "Index already exists. (" + message + ")");
-        ThrowDao(kDaoTableExists, "Table '" + what + "' already exists.");
-    }
-    if (message.starts_with("duplicate column name"))
-        ThrowDao(kDaoFieldDefinedTwice, "Can't define field more than once. (" + message + ")");
-    ThrowDao(kDaoSyntaxError, "Syntax error in query expression '" + what + "'. (" + message + ")");
-}
-
 // --- names ---------------------------------------------------------------
 
 std::string QuoteName(const std::string& name)
@@ -114,6 +34,25 @@ std::string QuoteName(const std::string& name)
     }
     out += '"';
     return out;
+}
+
+std::string BracketName(const std::string& name)
+{
+    // A name made by another program may hold "]", which brackets can't.
+    return name.find(']') == std::string::npos ? "[" + name + "]" : QuoteName(name);
+}
+
+void CheckName(const std::string& name)
+{
+    // Names are always quoted in the statements the engines build, so any
+    // printable text is safe; control characters would only hide a name.
+    bool valid = !name.empty();
+    for (const char c : name)
+        if (static_cast<unsigned char>(c) < 0x20)
+            valid = false;
+    if (!valid)
+        ThrowDao(kDaoInvalidName, "'" + name + "' is not a valid name. Make sure that it does not include invalid "
+                                               "characters or punctuation and that it is not too long.");
 }
 
 std::string TrimSql(const std::string& sql)
@@ -188,10 +127,8 @@ double NowAsDate()
 // with the table through every SQLite tool and comes back unchanged. Text
 // and memo columns compare without regard to case, as Jet's did.
 
-std::string DeclaredType(short type, long size, long attributes)
+std::string JetTypeName(short type, long size)
 {
-    if (attributes & dbAutoIncrField)
-        return "INTEGER PRIMARY KEY AUTOINCREMENT";
     switch (type) {
     case dbBoolean:
         return "BIT";
@@ -212,11 +149,11 @@ std::string DeclaredType(short type, long size, long attributes)
     case dbBinary:
         return "BINARY(" + std::to_string(size > 0 && size <= 255 ? size : 255) + ")";
     case dbText:
-        return "TEXT(" + std::to_string(size > 0 && size <= 255 ? size : 255) + ") COLLATE NOCASE";
+        return "TEXT(" + std::to_string(size > 0 && size <= 255 ? size : 255) + ")";
     case dbLongBinary:
         return "LONGBINARY";
     case dbMemo:
-        return "LONGTEXT COLLATE NOCASE";
+        return "LONGTEXT";
     default:
         ThrowDao(kDaoInvalidFieldType, "Invalid field data type.");
     }
@@ -291,24 +228,14 @@ void ParseDeclaredType(const std::string& declared, bool integerPrimaryKey, DaoC
                             : dbFixedField | dbUpdatableField;
 }
 
-std::string ColumnDefinition(const CDaoFieldInfo& info)
+void CheckFieldInfo(const CDaoFieldInfo& info)
 {
-    if (info.m_strName.IsEmpty())
-        ThrowDao(kDaoInvalidName, "'' is not a valid name.");
-    const bool counter = (info.m_lAttributes & dbAutoIncrField) != 0;
-    if (counter && info.m_nType != dbLong)
+    CheckName(info.m_strName.StdString());
+    if ((info.m_lAttributes & dbAutoIncrField) && info.m_nType != dbLong)
         ThrowDao(kDaoInvalidFieldType, "Invalid field data type.");
     if (info.m_nType == dbText && (info.m_lSize < 0 || info.m_lSize > 255))
         ThrowDao(kDaoInvalidArgument, "Invalid argument.");
-    std::string def = QuoteName(info.m_strName.StdString()) + " " +
-                      DeclaredType(info.m_nType, info.m_lSize, info.m_lAttributes);
-    if (!counter) {
-        if (info.m_bRequired)
-            def += " NOT NULL";
-        if (!info.m_strDefaultValue.IsEmpty())
-            def += " DEFAULT (" + info.m_strDefaultValue.StdString() + ")";
-    }
-    return def;
+    JetTypeName(info.m_nType, info.m_lSize); // 3259 for a type DAO doesn't know
 }
 
 void FillFieldInfo(const DaoColumn& column, int ordinal, CDaoFieldInfo& info)
@@ -325,56 +252,6 @@ void FillFieldInfo(const DaoColumn& column, int ordinal, CDaoFieldInfo& info)
 }
 
 // --- values --------------------------------------------------------------
-
-void ReadValue(sqlite3_stmt* stmt, int index, DaoValue& value)
-{
-    switch (sqlite3_column_type(stmt, index)) {
-    case SQLITE_INTEGER:
-        value.kind = DaoValue::Int;
-        value.i = sqlite3_column_int64(stmt, index);
-        break;
-    case SQLITE_FLOAT:
-        value.kind = DaoValue::Real;
-        value.d = sqlite3_column_double(stmt, index);
-        break;
-    case SQLITE_TEXT: {
-        value.kind = DaoValue::Text;
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, index));
-        value.s.assign(text, static_cast<std::size_t>(sqlite3_column_bytes(stmt, index)));
-        break;
-    }
-    case SQLITE_BLOB: {
-        value.kind = DaoValue::Blob;
-        const auto* data = static_cast<const char*>(sqlite3_column_blob(stmt, index));
-        value.s.assign(data ? data : "", static_cast<std::size_t>(sqlite3_column_bytes(stmt, index)));
-        break;
-    }
-    default:
-        value.kind = DaoValue::Null;
-        break;
-    }
-}
-
-void BindValue(sqlite3_stmt* stmt, int index, const DaoValue& value)
-{
-    switch (value.kind) {
-    case DaoValue::Int:
-        sqlite3_bind_int64(stmt, index, value.i);
-        break;
-    case DaoValue::Real:
-        sqlite3_bind_double(stmt, index, value.d);
-        break;
-    case DaoValue::Text:
-        sqlite3_bind_text(stmt, index, value.s.data(), static_cast<int>(value.s.size()), SQLITE_STATIC);
-        break;
-    case DaoValue::Blob:
-        sqlite3_bind_blob(stmt, index, value.s.data(), static_cast<int>(value.s.size()), SQLITE_STATIC);
-        break;
-    default:
-        sqlite3_bind_null(stmt, index);
-        break;
-    }
-}
 
 namespace {
 
@@ -401,7 +278,8 @@ bool ParseNumber(const std::string& text, double& out)
     return end && *end == 0;
 }
 
-// Dates as text: "2024-03-01", "2024-03-01 12:30:00", "1.3.2024", "1.3.2024 12:30".
+} // namespace
+
 bool ParseDate(const std::string& text, double& out)
 {
     int y = 0, m = 0, d = 0, hh = 0, mm = 0, ss = 0;
@@ -422,6 +300,8 @@ bool ParseDate(const std::string& text, double& out)
     }
     return ParseNumber(text, out);
 }
+
+namespace {
 
 // The value of a numeric or text variant as a double; the bool is true if
 // it is a whole number held in `whole`.
@@ -711,45 +591,6 @@ void ValueToVariant(const ValueView& value, const DaoColumn& column, COleVariant
         }
         return;
     }
-}
-
-// --- statements ----------------------------------------------------------
-
-Statement::Statement(sqlite3* db, const std::string& sql)
-{
-    const int rc = sqlite3_prepare_v2(db, sql.c_str(), static_cast<int>(sql.size()), &m_stmt, nullptr);
-    if (rc != SQLITE_OK) {
-        sqlite3_finalize(m_stmt);
-        m_stmt = nullptr;
-        ThrowSqlite(db, rc, sql);
-    }
-}
-
-Statement::~Statement()
-{
-    sqlite3_finalize(m_stmt);
-}
-
-Statement& Statement::operator=(Statement&& other) noexcept
-{
-    if (this != &other) {
-        sqlite3_finalize(m_stmt);
-        m_stmt = other.m_stmt;
-        other.m_stmt = nullptr;
-    }
-    return *this;
-}
-
-int Statement::Step()
-{
-    const int rc = sqlite3_step(m_stmt);
-    if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
-        sqlite3* db = sqlite3_db_handle(m_stmt);
-        const std::string sql = sqlite3_sql(m_stmt) ? sqlite3_sql(m_stmt) : "";
-        sqlite3_reset(m_stmt);
-        ThrowSqlite(db, rc, sql);
-    }
-    return rc;
 }
 
 } // namespace vx

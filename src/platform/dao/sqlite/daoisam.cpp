@@ -1,5 +1,5 @@
 // The choice of a file driver by connect text.
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/sqlite/sqliteengine_p.h"
 
 namespace vx {
 

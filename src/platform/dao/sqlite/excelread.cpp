@@ -1,6 +1,6 @@
-#include "platform/dao/excelread_p.h"
+#include "platform/dao/sqlite/excelread_p.h"
 
-#include "platform/dao/compoundfile_p.h"
+#include "platform/dao/sqlite/compoundfile_p.h"
 
 #include <freexl.h>
 

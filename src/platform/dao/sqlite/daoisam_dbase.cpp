@@ -10,7 +10,7 @@
 // decimals, up to 9 digits), double (other N and F), boolean and date.
 // Names are cut to dBASE's 10 characters. Text bytes are written as they
 // are, in the code page.
-#include "platform/dao/daoengine_p.h"
+#include "platform/dao/sqlite/sqliteengine_p.h"
 
 #include "platform/framework/coledatetime.h"
 
@@ -75,7 +75,7 @@ void OnUpdate(void* dirty, int, const char*, const char* table, sqlite3_int64)
 
 class DbaseDriver final : public IsamDriver {
 public:
-    void Load(DaoDatabasePrivate& db, const std::string& path, bool readOnly) override
+    void Load(SqliteEngine& db, const std::string& path, bool readOnly) override
     {
         struct stat st {};
         if (stat(path.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
@@ -95,7 +95,7 @@ public:
         sqlite3_update_hook(db.conn, OnUpdate, &m_dirty);
     }
 
-    void Save(DaoDatabasePrivate& db, const std::string& path) override
+    void Save(SqliteEngine& db, const std::string& path) override
     {
         sqlite3_update_hook(db.conn, nullptr, nullptr);
         for (const TableEntry& t : db.Tables()) {
@@ -111,7 +111,7 @@ public:
     void TableCreated(const std::string& name) override { m_created.insert(name); }
 
 private:
-    void LoadTable(DaoDatabasePrivate& db, const std::string& file, const std::string& table)
+    void LoadTable(SqliteEngine& db, const std::string& file, const std::string& table)
     {
         DBFHandle dbf = DBFOpen(file.c_str(), "rb");
         if (!dbf)
@@ -235,7 +235,7 @@ private:
         }
     }
 
-    void SaveTable(DaoDatabasePrivate& db, const std::string& path, const std::string& table)
+    void SaveTable(SqliteEngine& db, const std::string& path, const std::string& table)
     {
         const std::string stem = EndsWithDbf(table) ? StemOf(table) : table;
         // shapelib replaces the extension it is given by ".dbf".

@@ -1,4 +1,4 @@
-#include "platform/dao/compoundfile_p.h"
+#include "platform/dao/sqlite/compoundfile_p.h"
 
 #include "platform/framework/util_p.h"
 

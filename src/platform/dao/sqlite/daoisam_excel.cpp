@@ -10,8 +10,8 @@
 // closing through libxlsxwriter, one worksheet each with the field names
 // in the first row (Office Open XML, which Excel opens under any name).
 // A sheet is found with or without the "$" that DAO puts after its name.
-#include "platform/dao/daoengine_p.h"
-#include "platform/dao/excelread_p.h"
+#include "platform/dao/sqlite/excelread_p.h"
+#include "platform/dao/sqlite/sqliteengine_p.h"
 
 #include "platform/framework/codepage.h"
 #include "platform/framework/coledatetime.h"
@@ -42,7 +42,7 @@ double CellDate(const char* text)
 
 class ExcelDriver final : public IsamDriver {
 public:
-    void Load(DaoDatabasePrivate& db, const std::string& path, bool readOnly) override
+    void Load(SqliteEngine& db, const std::string& path, bool readOnly) override
     {
         if (!FileExists(path)) {
             if (!FileExists(DirectoryOf(path)))
@@ -58,7 +58,7 @@ public:
             LoadSheet(db, sheet);
     }
 
-    void Save(DaoDatabasePrivate& db, const std::string& path) override
+    void Save(SqliteEngine& db, const std::string& path) override
     {
         const std::string temp = DirectoryOf(path) + "/.vx~" + std::string(NameOf(path));
         lxw_workbook* book = workbook_new(temp.c_str());
@@ -142,7 +142,7 @@ public:
     }
 
 private:
-    void LoadSheet(DaoDatabasePrivate& db, const detail::WorkbookSheet& sheet)
+    void LoadSheet(SqliteEngine& db, const detail::WorkbookSheet& sheet)
     {
         const std::string table = FromUtf8(sheet.name);
         const unsigned short cols = sheet.cols;

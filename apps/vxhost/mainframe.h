@@ -1,0 +1,52 @@
+// The main window of a program of the suite in the sample host: a frame with
+// the library's menu bar, two tool bars (one docked, one floating) with
+// tooltips, a pane and the library's own tooltip over it.
+#pragma once
+
+#ifdef VXHOST_WITH_UI
+
+#include <vxbase.h>
+#include <vxbase_ui.h>
+
+#include <functional>
+
+namespace vxhost {
+
+class MainFrame : public CFrameWnd {
+public:
+    // Called by the "Przyciski" command of the View menu.
+    std::function<void()> showButtons;
+    bool quitOnClose = false;
+
+    // Builds the frame as AT or IT (`stem`), hidden.
+    void Build(const char* stem);
+    // Shows the two-page tooltip over the pane, as if the mouse rested there.
+    void ShowPaneTip();
+    CToolBar& FloatingBar() { return m_drawBar; }
+    CVXToolTipCtrl& PaneTip() { return m_tip; }
+    CMenuBar& MenuBar() { return m_menuBar; }
+
+    BOOL PreTranslateMessage(MSG* msg) override;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnDestroy() override;
+
+private:
+    class Pane : public CWnd {
+    protected:
+        void OnPaint() override;
+    };
+    void BuildToolBar(CToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
+
+    CMenuBar m_menuBar;
+    CToolBar m_mainBar;
+    CToolBar m_drawBar;
+    Pane m_pane;
+    CVXToolTipCtrl m_tip;
+    CImageList m_images;
+};
+
+} // namespace vxhost
+
+#endif
