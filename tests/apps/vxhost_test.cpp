@@ -111,6 +111,9 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
     const Case cases[] = {
         {{"--as", "AT", "--screenshot", "shots"}, "usage: vxhost --as AT|IT"},
         {{"--as", "IT", "--demo"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "AT", "--open"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "IT", "--open", "dir"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "AT", "--demo", "--open", "dir"}, "usage: vxhost --as AT|IT"},
         {{"--as", "AT", "--lifetime", "0"}, "usage: vxhost --as AT|IT"},
         {{"--as"}, "usage: vxhost --as AT|IT"},
         {{"gui", "--bogus"}, "usage: vxhost gui [--screenshot DIR]"},
@@ -119,6 +122,8 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
         {{"--screenshot", "a", "b"}, "usage: vxhost --screenshot DIR"},
         {{"buttons", "x"}, "usage: vxhost buttons\n"},
         {{"partner", "x"}, "usage: vxhost partner\n"},
+        {{"open", "x"}, "usage: vxhost open [--screenshot DIR]"},
+        {{"open", "--screenshot"}, "usage: vxhost open [--screenshot DIR]"},
         {{"strings", "--x"}, "usage: vxhost strings [ROW]"},
         {{"db", "a", "b"}, "usage: vxhost db [FILE | copy SOURCE TARGET]"},
         {{"din", "--screenshot", "x"}, "usage: vxhost din [TEXT...]"},
@@ -221,6 +226,20 @@ TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
     EXPECT_TRUE(Shows(run, "pasted: row 25, Typ: \"Bezpiecznik\"")) << run.output;
     EXPECT_TRUE(Shows(run, "typed: row 6, Strona: \"12.4\"")) << run.output;
     EXPECT_TRUE(Shows(run, "chosen: row 8, Typ: \"Bezpiecznik\"")) << run.output;
+}
+
+// Two programs: AT's dialog shows the drawing that the IT process draws,
+// and "no preview" for a file nobody draws; both end with the dialog.
+TEST(Vxhost, OpenShowsTheDrawingOfTheRealITBesideTheDialog)
+{
+    vxtest::TempDir shots;
+    const Outcome run = RunVxhost({"open", "--screenshot", shots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "[IT] preview of ")) << run.output;
+    EXPECT_TRUE(Shows(run, "[AT] IT drew the preview")) << run.output;
+    EXPECT_TRUE(Shows(run, "[AT] nobody draws it: the preview says so")) << run.output;
+    for (const char* name : {"open-preview.png", "open-nopreview.png"})
+        EXPECT_GT(std::filesystem::file_size(shots.Path() + "/" + name), 1000u) << name;
 }
 
 TEST(Vxhost, TourShowsOnlyTheDemoWithoutARuntimeDirectory)
