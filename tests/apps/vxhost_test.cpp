@@ -183,6 +183,34 @@ TEST(Vxhost, WindowCommandsEndOffscreen)
     EXPECT_EQ(pngs, 30);
 }
 
+TEST(Vxhost, SplitAndExpertAreDrivenForTheirScreenshots)
+{
+    auto pngsIn = [](const std::string& dir) {
+        int n = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(dir))
+            n += entry.path().extension() == ".png";
+        return n;
+    };
+    // Before, during and after a drag of each bar.
+    vxtest::TempDir splitShots;
+    Outcome run = RunVxhost({"split", "--screenshot", splitShots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_EQ(pngsIn(splitShots.Path()), 4);
+    // Offscreen the bars are dragged by the mouse: the upright one 60 pixels
+    // to the right, the level one up to the minimum of the upper pane.
+    run = RunVxhost({"split"}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "pages        (12, 11) - (284, 71)")) << run.output;
+
+    // A scaled choice, a number typed in its unit, OK: stored times 1000.
+    vxtest::TempDir expertShots;
+    run = RunVxhost({"expert", "--screenshot", expertShots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_EQ(pngsIn(expertShots.Path()), 4);
+    EXPECT_TRUE(Shows(run, "VXWIN55AT.INI    [Zeichnen] Raster=4000")) << run.output;
+    EXPECT_TRUE(Shows(run, "VEXAL.INI        [PROCESS] SearchMode=0")) << run.output;
+}
+
 TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
 {
     vxtest::TempDir shots;
