@@ -8,12 +8,14 @@
 
 #include <vxbase_ui.h>
 
+#include <QFileDialog>
 #include <QImage>
 
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 namespace {
 
@@ -356,6 +358,90 @@ TEST_F(PreviewTest, BlockIsGoneWhenBothProgramsHaveEnded)
         struct stat st {};
         EXPECT_NE(stat(object.c_str(), &st), 0) << object;
     }
+}
+
+
+// The open dialog with the preview: a drawing picked in AT's dialog is drawn
+// by the real IT process into the preview window beside the dialog.
+class PreviewDialog : public KDateiVorschauDlg {
+public:
+    using KDateiVorschauDlg::KDateiVorschauDlg;
+    std::function<void(PreviewDialog&)> step;
+
+protected:
+    void OnInitDone() override
+    {
+        KDateiVorschauDlg::OnInitDone();
+        PostMessage(WM_APP + 12);
+    }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_APP + 12 && step) {
+            step(*this);
+            return 0;
+        }
+        return KDateiVorschauDlg::WindowProc(message, wParam, lParam);
+    }
+};
+
+bool PumpUntil(const std::function<bool()>& done)
+{
+    return vx::PumpFor(8000, [&] {
+        vx::ProcessUiEvents(10);
+        return done();
+    });
+}
+
+TEST_F(PreviewTest, TheOpenDialogShowsTheDrawingITDraws)
+{
+    ASSERT_NE(StartIt("draw").window, nullptr);
+    vxtest::TempDir project;
+    project.Write("Schalt.ELD", "x");
+    project.Write("Liste.txt", "x");
+    const std::string folder = project.Path();
+    PreviewDialog dlg(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    dlg.m_ofn.lpstrInitialDir = folder.c_str();
+    QImage drawn;
+    QImage none;
+    CRect frameRect;
+    CRect previewRect;
+    dlg.step = [&](PreviewDialog& d) {
+        CWnd* frame = d.GetParent();
+        QFileDialog* view = vx::WidgetOfWindow(frame->GetDlgItem(lst1))->findChild<QFileDialog*>();
+        ASSERT_NE(view, nullptr);
+        view->selectFile(QStringLiteral("Schalt.ELD"));
+        KVorschauWnd& preview = d.m_Vorschau;
+        EXPECT_TRUE(PumpUntil([&] { return preview.m_hWnd && preview.m_Vorschau.m_hBitmap; }));
+        if (preview.m_hWnd) {
+            drawn = vx::RenderWindow(preview);
+            preview.GetWindowRect(&previewRect);
+            frame->GetWindowRect(&frameRect);
+        }
+        // A file nobody draws: "no preview".
+        view->selectFile(QStringLiteral("Liste.txt"));
+        EXPECT_TRUE(PumpUntil([&] { return preview.m_Path.Find("Liste.txt") >= 0 && !preview.m_Vorschau.m_hBitmap; }));
+        vx::ProcessUiEvents(100);
+        none = vx::RenderWindow(preview);
+        frame->SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0);
+    };
+    EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    // The preview stands at the dialog's right, as tall as the dialog.
+    EXPECT_EQ(previewRect.left, frameRect.right);
+    // Centred over AT's small frame, the dialog still stands on the screen.
+    EXPECT_GE(frameRect.left, 0);
+    EXPECT_GE(frameRect.top, 0);
+    // (The offscreen desktop may nudge a tool window down by its 2-pixel
+    // frame once it is shown again.)
+    EXPECT_NEAR(previewRect.top, frameRect.top, 2);
+    EXPECT_EQ(previewRect.Height(), frameRect.Height());
+    ASSERT_FALSE(drawn.isNull());
+    EXPECT_GT(vxtest::CountColor(drawn, CRect(0, 0, drawn.width(), drawn.height()), vxhost::kPictureFrame), 50);
+    const QImage noPreview = NoPreviewImage();
+    bool found = false;
+    for (int y = 0; y + noPreview.height() <= none.height() && !found; ++y)
+        for (int x = 0; x + noPreview.width() <= none.width() && !found; ++x)
+            found = Holds(none, noPreview, x, y);
+    EXPECT_TRUE(found);
 }
 
 } // namespace
