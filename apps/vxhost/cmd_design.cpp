@@ -115,8 +115,13 @@ int Interactive()
 int Tour()
 {
     vxhost::Heading("Desk design");
-    const std::filesystem::path dir = std::filesystem::temp_directory_path() / "vxhost-design";
-    std::filesystem::create_directories(dir);
+    // A directory of its own: tours may run side by side.
+    std::string pattern = (std::filesystem::temp_directory_path() / "vxhost-design-XXXXXX").string();
+    if (!mkdtemp(pattern.data())) {
+        std::printf("!! no temporary directory for the desk design\n");
+        return 1;
+    }
+    const std::filesystem::path dir = pattern;
     const std::filesystem::path file = dir / "VEXAL55.INI";
     std::ofstream(file, std::ios::binary) << "[KonfigDesign]\r\nColor=2\r\nMode=5\r\n";
     char saved[260];

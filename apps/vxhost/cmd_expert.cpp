@@ -83,7 +83,7 @@ bool MakeDemoSettings(const std::string& dir)
     KProfile::WriteProfileStringA("PROCESS", "WriteLog", "2", -1);
     KProfile::WriteProfileStringA("Zeichnen", "Raster", "2500", 10);
     KProfile::WriteProfileStringA("Projekt", "Blattformat", "A4", 11);
-    KProfile::WriteProfileStringA("Liste", "Zeilenabstand", "2.000000", 20);
+    KProfile::WriteProfileStringA("Liste", "Zeilenabstand", "20.000000", 20);
     return true;
 }
 

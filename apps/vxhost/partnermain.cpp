@@ -1,13 +1,16 @@
-// vxhost as AT or IT: "vxhost --as AT|IT [--demo] [--lifetime SECONDS]
-// [COMMAND LINE]", or a program file named AT or IT that links to vxhost (as
-// the partner starts it). With --demo, AT shows the link: it starts IT,
-// relays a profile write and read, hands IT a message box, and both end.
+// vxhost as AT or IT: "vxhost --as AT|IT [--demo | --open PROJECT
+// [--screenshot DIR]] [--lifetime SECONDS] [COMMAND LINE]", or a program
+// file named AT or IT that links to vxhost (as the partner starts it). With
+// --demo, AT shows the link: it starts IT, relays a profile write and read,
+// hands IT a message box, and both end. With --open, AT opens its file
+// dialog with the preview on PROJECT, IT drawing the drawings' previews.
 // Otherwise the program serves its partner and ends with it; having no
 // partner, it ends after SECONDS (60 unless given), as nobody could close
 // its window: the frame of a program of the suite is never shown here.
 #include "partnerhost.h"
 
 #ifdef VXHOST_WITH_UI
+#include "partneropen.h"
 #include "previewpainter.h"
 #endif
 
@@ -32,13 +35,16 @@ void Line(PartnerFrame& frame, const std::string& text)
 
 int Usage()
 {
-    std::fprintf(stderr, "usage: vxhost --as AT|IT [--demo] [--lifetime SECONDS] [/SINGLE | @@PROJECT | @@@PROJECT]\n"
-                         "       (--demo is AT's: it starts IT and shows the link)\n");
+    std::fprintf(stderr, "usage: vxhost --as AT|IT [--demo | --open PROJECT [--screenshot DIR]] [--lifetime SECONDS]\n"
+                         "                      [/SINGLE | @@PROJECT | @@@PROJECT]\n"
+                         "       (--demo and --open are AT's: AT starts IT and shows the link or the preview)\n");
     return 2;
 }
 
 struct Options {
     bool demo = false;
+    std::string open;  // the project of the preview dialog
+    std::string shots; // where the preview dialog's pictures go
     int lifetimeSeconds = kDefaultLifetimeSeconds;
     std::string commandLine; // the words that are no option, as the suite passes them
 };
@@ -48,8 +54,14 @@ bool ParseOptions(MainframeType type, const std::vector<std::string>& words, Opt
 {
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::string& w = words[i];
-        if (w == "--demo" && type == MainframeAT && !out.demo) {
+        if (w == "--demo" && type == MainframeAT && !out.demo && out.open.empty()) {
             out.demo = true;
+        } else if (w == "--open" && type == MainframeAT && !out.demo && out.open.empty() && i + 1 < words.size() &&
+                   !words[i + 1].empty()) {
+            out.open = words[++i];
+        } else if (w == "--screenshot" && type == MainframeAT && out.shots.empty() && i + 1 < words.size() &&
+                   !words[i + 1].empty()) {
+            out.shots = words[++i];
         } else if (w == "--lifetime" && i + 1 < words.size()) {
             char* end = nullptr;
             const long seconds = std::strtol(words[++i].c_str(), &end, 10);
@@ -62,7 +74,8 @@ bool ParseOptions(MainframeType type, const std::vector<std::string>& words, Opt
             out.commandLine += (out.commandLine.empty() ? "" : " ") + w;
         }
     }
-    return true;
+    // Pictures are of the preview dialog only.
+    return out.shots.empty() || !out.open.empty();
 }
 
 // Pumps until the frame's loop ends (WM_QUIT), or until the program has
@@ -167,11 +180,27 @@ int RunPartner(MainframeType type, const std::vector<std::string>& words, const 
             frame.Ready();
         if (type == MainframeIT && (state == SW_HIDE || state == SW_SHOW))
             Line(frame, "started by AT with \"" + commandLine + "\"");
-        else if (!options.demo)
+        else if (!options.demo && options.open.empty())
             Line(frame, "up: \"" + frame.GetWindowTextString().StdString() + "\"; ends with its partner, or after " +
                             std::to_string(options.lifetimeSeconds) + " s without one");
-        rc = options.demo ? RunDemo(frame) : ServeWhilePartnered(frame, options.lifetimeSeconds * 1000);
+        if (options.demo) {
+            rc = RunDemo(frame);
+        } else if (!options.open.empty()) {
+#ifdef VXHOST_WITH_UI
+            rc = RunOpenDialog(options.open, options.shots);
+#else
+            Line(frame, "the preview dialog needs the window classes");
+            rc = 1;
+#endif
+            // AT ends; IT's watch sees the window go and ends too.
+            frame.Close();
+        } else {
+            rc = ServeWhilePartnered(frame, options.lifetimeSeconds * 1000);
+        }
     }
+#ifdef VXHOST_WITH_UI
+    EndPreviewUi();
+#endif
     vx::ResetPartnerLink();
     vx::StopWindowBus();
     vx::DetachLibrary();

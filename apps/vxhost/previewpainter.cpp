@@ -124,6 +124,12 @@ void EnsureUi()
 
 } // namespace
 
+void EndPreviewUi()
+{
+    if (QCoreApplication::instance())
+        vx::ShutdownUi();
+}
+
 bool TestPictureHost::Paint(LPARAM dc, const char* path, MainframeType drawer)
 {
     EnsureUi();

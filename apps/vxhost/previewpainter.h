@@ -42,5 +42,8 @@ private:
 
 // Installs one TestPictureHost for vxhost's frames.
 void InstallPreviewHost();
+// Ends Qt's application if a picture or a dialog started it, once the
+// program's windows are gone (its font caches go with it).
+void EndPreviewUi();
 
 } // namespace vxhost

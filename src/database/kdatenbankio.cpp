@@ -162,8 +162,18 @@ KDatenbankIO::OpenResult KDatenbankIO::OpenExisting(CString file, int readOnly, 
         return OpenResult::Failed;
     }
     m_OpenError = DbFehlerDatenbank;
-    const bool opened = workbook ? OpenWorkbook(&m_pDatabase, file) != 0
-                                 : openDatabase(&m_pDatabase, file, 1, readOnly) >= 1;
+    bool opened = false;
+    if (workbook) {
+        opened = OpenWorkbook(&m_pDatabase, file) != 0;
+    } else {
+        // A database the server doesn't have is a missing file, and as one
+        // not shown.
+        const bool server = vx::IsServerConnect(file.StdString());
+        const int result = openDatabase(&m_pDatabase, file, server ? 0 : 1, readOnly);
+        if (server && result == 0)
+            m_OpenError = DbFehlerDatei;
+        opened = result >= 1;
+    }
     if (!opened) {
         DbSchliessen();
         return OpenResult::Failed;
@@ -454,8 +464,11 @@ void KDatenbankIO::DbAttachPointer(CDaoDatabase** db, CDaoTableDef** def, CDaoRe
     m_pDatabase = db ? *db : nullptr;
     m_pTableDef = def ? *def : nullptr;
     m_pDbRecordset = set ? *set : nullptr;
-    if (m_pDatabase)
-        m_DateiPfad = m_pDatabase->GetName();
+    if (m_pDatabase) {
+        // A server database goes by its connect text (without its password).
+        const CString connect = m_pDatabase->GetConnect();
+        m_DateiPfad = vx::IsServerConnect(connect.StdString()) ? connect : m_pDatabase->GetName();
+    }
     if (m_pTableDef)
         m_TableName = m_pTableDef->GetName();
     if (m_Tables.GetSize() > 0) {

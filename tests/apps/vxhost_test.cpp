@@ -111,6 +111,9 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
     const Case cases[] = {
         {{"--as", "AT", "--screenshot", "shots"}, "usage: vxhost --as AT|IT"},
         {{"--as", "IT", "--demo"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "AT", "--open"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "IT", "--open", "dir"}, "usage: vxhost --as AT|IT"},
+        {{"--as", "AT", "--demo", "--open", "dir"}, "usage: vxhost --as AT|IT"},
         {{"--as", "AT", "--lifetime", "0"}, "usage: vxhost --as AT|IT"},
         {{"--as"}, "usage: vxhost --as AT|IT"},
         {{"gui", "--bogus"}, "usage: vxhost gui [--screenshot DIR]"},
@@ -119,6 +122,8 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
         {{"--screenshot", "a", "b"}, "usage: vxhost --screenshot DIR"},
         {{"buttons", "x"}, "usage: vxhost buttons\n"},
         {{"partner", "x"}, "usage: vxhost partner\n"},
+        {{"open", "x"}, "usage: vxhost open [--screenshot DIR]"},
+        {{"open", "--screenshot"}, "usage: vxhost open [--screenshot DIR]"},
         {{"strings", "--x"}, "usage: vxhost strings [ROW]"},
         {{"db", "a", "b"}, "usage: vxhost db [FILE | copy SOURCE TARGET]"},
         {{"din", "--screenshot", "x"}, "usage: vxhost din [TEXT...]"},
@@ -178,6 +183,34 @@ TEST(Vxhost, WindowCommandsEndOffscreen)
     EXPECT_EQ(pngs, 30);
 }
 
+TEST(Vxhost, SplitAndExpertAreDrivenForTheirScreenshots)
+{
+    auto pngsIn = [](const std::string& dir) {
+        int n = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(dir))
+            n += entry.path().extension() == ".png";
+        return n;
+    };
+    // Before, during and after a drag of each bar.
+    vxtest::TempDir splitShots;
+    Outcome run = RunVxhost({"split", "--screenshot", splitShots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_EQ(pngsIn(splitShots.Path()), 4);
+    // Offscreen the bars are dragged by the mouse: the upright one 60 pixels
+    // to the right, the level one up to the minimum of the upper pane.
+    run = RunVxhost({"split"}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "pages        (12, 11) - (284, 71)")) << run.output;
+
+    // A scaled choice, a number typed in its unit, OK: stored times 1000.
+    vxtest::TempDir expertShots;
+    run = RunVxhost({"expert", "--screenshot", expertShots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_EQ(pngsIn(expertShots.Path()), 4);
+    EXPECT_TRUE(Shows(run, "VXWIN55AT.INI    [Zeichnen] Raster=4000")) << run.output;
+    EXPECT_TRUE(Shows(run, "VEXAL.INI        [PROCESS] SearchMode=0")) << run.output;
+}
+
 TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
 {
     vxtest::TempDir shots;
@@ -193,6 +226,25 @@ TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
     EXPECT_TRUE(Shows(run, "pasted: row 25, Typ: \"Bezpiecznik\"")) << run.output;
     EXPECT_TRUE(Shows(run, "typed: row 6, Strona: \"12.4\"")) << run.output;
     EXPECT_TRUE(Shows(run, "chosen: row 8, Typ: \"Bezpiecznik\"")) << run.output;
+}
+
+// Two programs: AT's dialog shows the drawing that the IT process draws,
+// and "no preview" for a file nobody draws; then the save dialog with two
+// options. Both programs end with the dialogs.
+TEST(Vxhost, OpenShowsTheDrawingOfTheRealITBesideTheDialog)
+{
+    vxtest::TempDir shots;
+    const Outcome run = RunVxhost({"open", "--screenshot", shots.Path()}, {}, 60);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_TRUE(Shows(run, "[IT] preview of ")) << run.output;
+    EXPECT_TRUE(Shows(run, "[AT] IT drew the preview")) << run.output;
+    EXPECT_TRUE(Shows(run, "[AT] nobody draws it: the preview says so")) << run.output;
+    // Turned off and on by its check, the preview is drawn anew.
+    EXPECT_TRUE(Shows(run, "[AT] turns it on again: IT draws it again")) << run.output;
+    // The save dialog's options are read back after OK.
+    EXPECT_TRUE(Shows(run, "[AT] saves as Export.xml with the options 1 and 1")) << run.output;
+    for (const char* name : {"open-preview.png", "open-nopreview.png", "open-options.png"})
+        EXPECT_GT(std::filesystem::file_size(shots.Path() + "/" + name), 1000u) << name;
 }
 
 TEST(Vxhost, TourShowsOnlyTheDemoWithoutARuntimeDirectory)

@@ -25,6 +25,11 @@ void MakeDatabase(const std::string& file)
     db.Execute("INSERT INTO Parts (Nr) VALUES (42)");
 }
 
+// The helpers over a database file and over a server database alike.
+class Helpers : public dbtest::EngineTest {};
+
+VX_ON_BOTH_ENGINES(Helpers);
+
 } // namespace
 
 TEST(OpenDatabase, GivesZeroForAMissingFileAndShowsOnlyWhenAsked)
@@ -154,12 +159,11 @@ TEST(CreateDatabase, KeepsAnExistingFileAndReports)
     closeDatabase(&db);
 }
 
-TEST(TableDefHelpers, CreateOpenAppendDeleteWithTheirMessages)
+TEST_P(Helpers, TableDefCreateOpenAppendDeleteWithTheirMessages)
 {
-    dbtest::TempDir dir;
-    MakeDatabase(dir / "a.mdb");
+    MakeDatabase(Db("a"));
     CDaoDatabase db;
-    db.Open((dir / "a.mdb").c_str());
+    db.Open(Db("a").c_str());
     dbtest::Boxes boxes;
     EXPECT_EQ(IsExistentTable(&db, "parts"), 1);
     EXPECT_EQ(IsExistentTable(&db, "Orders"), 0);
@@ -208,12 +212,11 @@ TEST(TableDefHelpers, ATableThatCannotBeReadCountsAsExisting)
     EXPECT_EQ(IsExistentQuery(&closed, "Parts"), 1);
 }
 
-TEST(QueryDefHelpers, CreateAndOpenWithTheirMessages)
+TEST_P(Helpers, QueryDefCreateAndOpenWithTheirMessages)
 {
-    dbtest::TempDir dir;
-    MakeDatabase(dir / "a.mdb");
+    MakeDatabase(Db("a"));
     CDaoDatabase db;
-    db.Open((dir / "a.mdb").c_str());
+    db.Open(Db("a").c_str());
     dbtest::Boxes boxes;
     CDaoQueryDef* q = nullptr;
     ASSERT_EQ(createNewQueryDef(&db, &q, "Big", "SELECT * FROM Parts WHERE Nr > 10"), 1);

@@ -4,11 +4,13 @@
 
 #include "platform/windows/messagebox.h"
 
+#include "support/pgserver.h"
 #include "support/tempdir.h"
 #include "support/testenv.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -39,5 +41,42 @@ private:
 };
 
 using vxtest::WriteBytes;
+
+// A test whose body runs on a database file and on a database of the test
+// run's PostgreSQL server: the parameter names the engine, "File" or
+// "Server" (instantiate with VX_ON_BOTH_ENGINES). Without a server the
+// server's runs skip.
+class EngineTest : public ::testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override
+    {
+        if (IsServer()) {
+            std::string why;
+            m_server = vxtest::PgServer::Get(&why);
+            if (!m_server)
+                GTEST_SKIP() << "no PostgreSQL server for the tests: " << why;
+        }
+    }
+    bool IsServer() const { return std::string(GetParam()) == "Server"; }
+    // The name of database `stem` of this test: a file, or a connect text
+    // of a database no other test uses.
+    std::string Db(const std::string& stem)
+    {
+        auto it = m_names.find(stem);
+        if (it != m_names.end())
+            return it->second;
+        const std::string name =
+            IsServer() ? m_server->Connect(m_server->FreshName(stem)) : m_dir / (stem + ".mdb");
+        return m_names.emplace(stem, name).first->second;
+    }
+
+    TempDir m_dir;
+    vxtest::PgServer* m_server = nullptr;
+    std::map<std::string, std::string> m_names;
+};
+
+#define VX_ON_BOTH_ENGINES(Suite)                                                                                     \
+    INSTANTIATE_TEST_SUITE_P(Engines, Suite, ::testing::Values("File", "Server"),                                     \
+                             [](const ::testing::TestParamInfo<const char*>& info) { return std::string(info.param); })
 
 } // namespace dbtest

@@ -29,14 +29,19 @@ void PartsCatalogue(KDatenbankIO& db)
     db.m_FeldParameter.Add(MAKELONG(8, 5));
 }
 
-std::string MakeParts(const dbtest::TempDir& dir, const char* name = "parts.mdb")
+// Makes database `file` (a path or a connect text) with the parts table.
+std::string MakeParts(const std::string& file)
 {
     KDatenbankIO db;
     PartsCatalogue(db);
-    const std::string file = dir / name;
     EXPECT_EQ(db.DbAnlegen(file.c_str(), 0), 1);
     return file;
 }
+
+// What works alike on a database file and on a server database.
+class OnBothEngines : public dbtest::EngineTest {};
+
+VX_ON_BOTH_ENGINES(OnBothEngines);
 
 } // namespace
 
@@ -67,7 +72,7 @@ TEST(KDatenbankIO, DbOeffnenReportsEveryOpenError)
     EXPECT_EQ(boxes.texts[0].rfind(Text(6713), 0), 0u);
     EXPECT_EQ(db.m_pDatabase, nullptr);
 
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(dir / "parts.mdb");
     db.m_TableName = "Orders";
     EXPECT_EQ(db.DbOeffnen(file.c_str()), 0);
     EXPECT_EQ(db.GetOpenError(text), -2);
@@ -96,10 +101,9 @@ TEST(KDatenbankIO, DbOeffnenReportsEveryOpenError)
     EXPECT_EQ(db.m_TableName, "Parts"); // kept
 }
 
-TEST(KDatenbankIO, CheckTakesTheFilesTypesAndListsExtraFields)
+TEST_P(OnBothEngines, CheckTakesTheFilesTypesAndListsExtraFields)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     KDatenbankIO db;
     db.m_TableName = "Parts";
     db.m_FeldNamen.Add("NAME"); // found without regard to case
@@ -122,7 +126,7 @@ TEST(KDatenbankIO, CheckTakesTheFilesTypesAndListsExtraFields)
 TEST(KDatenbankIO, OpensAReadOnlyFileWhenAskedTo)
 {
     dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(dir / "parts.mdb");
     chmod(file.c_str(), 0444);
     dbtest::Boxes boxes;
     KDatenbankIO db;
@@ -138,10 +142,9 @@ TEST(KDatenbankIO, OpensAReadOnlyFileWhenAskedTo)
     EXPECT_FALSE(db.m_pDbRecordset->CanUpdate());
 }
 
-TEST(KDatenbankIO, SortsAndTurnsNullsOfTheSortFieldIntoEmptyTexts)
+TEST_P(OnBothEngines, SortsAndTurnsNullsOfTheSortFieldIntoEmptyTexts)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     {
         CDaoDatabase raw;
         raw.Open(file.c_str());
@@ -233,10 +236,9 @@ struct OrdersCatalogue {
 
 } // namespace
 
-TEST(KDatenbankIO, DbTableOeffnenCreatesAndRepairsFurtherTables)
+TEST_P(OnBothEngines, DbTableOeffnenCreatesAndRepairsFurtherTables)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     OrdersCatalogue old;
     {
         KDatenbankIO db;
@@ -290,10 +292,9 @@ TEST(KDatenbankIO, DbTableOeffnenCreatesAndRepairsFurtherTables)
     EXPECT_EQ(db.DbTableSchliessen("Nowhere"), 0);
 }
 
-TEST(KDatenbankIO, DbTableOeffnenChangesNothingOnAReadOnlyDatabase)
+TEST_P(OnBothEngines, DbTableOeffnenChangesNothingOnAReadOnlyDatabase)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     OrdersCatalogue old;
     {
         KDatenbankIO db;
@@ -317,10 +318,9 @@ TEST(KDatenbankIO, DbTableOeffnenChangesNothingOnAReadOnlyDatabase)
     EXPECT_EQ(db.FeldVorhanden("Note"), 0);
 }
 
-TEST(KDatenbankIO, RepairComparesNamesWithRegardToCase)
+TEST_P(OnBothEngines, RepairComparesNamesWithRegardToCase)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     CStringArray names;
     CDWordArray parameters;
     names.Add("TYP");
@@ -342,10 +342,9 @@ TEST(KDatenbankIO, RepairComparesNamesWithRegardToCase)
     EXPECT_NE(boxes.texts[0].find("Can't define field more than once."), std::string::npos);
 }
 
-TEST(KDatenbankIO, WidensATextFieldAndKeepsItsValues)
+TEST_P(OnBothEngines, WidensATextFieldAndKeepsItsValues)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     KDatenbankIO db;
     PartsCatalogue(db);
     ASSERT_EQ(db.DbOeffnen(file.c_str()), 1);
@@ -365,15 +364,14 @@ TEST(KDatenbankIO, WidensATextFieldAndKeepsItsValues)
     EXPECT_EQ(db.FeldVorhanden("X@X@VX"), 0);
     db.DbSchliessen();
     // A missing file: the catalogue takes the length for the file to come.
-    EXPECT_EQ(db.FeldLaengeAendern((dir / "new.mdb").c_str(), 1, 80), 0);
+    EXPECT_EQ(db.FeldLaengeAendern(Db("new").c_str(), 1, 80), 0);
     db.GetFeldPara(1, length, type);
     EXPECT_EQ(length, 80);
 }
 
-TEST(KDatenbankIO, ListsTablesByDateAndQueries)
+TEST_P(OnBothEngines, ListsTablesByDateAndQueries)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     KDatenbankIO db;
     PartsCatalogue(db);
     ASSERT_EQ(db.DbOeffnen(file.c_str()), 1);
@@ -425,10 +423,9 @@ TEST(KDatenbankIO, ListsTablesByDateAndQueries)
     EXPECT_EQ(db.DbTableUmbenennen("Zeta", "Omega"), 0);
 }
 
-TEST(KDatenbankIO, DetachedObjectsBelongToTheCaller)
+TEST_P(OnBothEngines, DetachedObjectsBelongToTheCaller)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     CDaoDatabase* database = nullptr;
     CDaoTableDef* def = nullptr;
     CDaoRecordset* set = nullptr;
@@ -500,7 +497,7 @@ TEST_P(EveryOpen, ChecksTheFileAlike)
 
     KDatenbankIO other;
     PartsCatalogue(other);
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(dir / "parts.mdb");
     ASSERT_EQ(other.DbOeffnenOhneTable(file.c_str()), 1);
     EXPECT_EQ(opener.open(other, (dir / "none.mdb").c_str()), 1);
     EXPECT_EQ(other.GetOpenError(text), 0);
@@ -522,10 +519,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Without a table the database is open with an empty record set, which a
 // table of the caller's choice then fills.
-TEST(KDatenbankIO, DbOeffnenOhneTableLeavesTheTableToTheCaller)
+TEST_P(OnBothEngines, DbOeffnenOhneTableLeavesTheTableToTheCaller)
 {
-    dbtest::TempDir dir;
-    const std::string file = MakeParts(dir);
+    const std::string file = MakeParts(Db("parts"));
     {
         KDatenbankIO writer;
         PartsCatalogue(writer);

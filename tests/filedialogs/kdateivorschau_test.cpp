@@ -3,17 +3,20 @@
 // dies in the middle of drawing, or does not know the message.
 #include "process/linktest.h"
 #include "previewpainter.h"
+#include "support/printers.h"
 #include "support/scopedenv.h"
 #include "uisupport/uitest.h"
 
 #include <vxbase_ui.h>
 
+#include <QFileDialog>
 #include <QImage>
 
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 namespace {
 
@@ -356,6 +359,149 @@ TEST_F(PreviewTest, BlockIsGoneWhenBothProgramsHaveEnded)
         struct stat st {};
         EXPECT_NE(stat(object.c_str(), &st), 0) << object;
     }
+}
+
+
+// The open dialog with the preview: a drawing picked in AT's dialog is drawn
+// by the real IT process into the preview window beside the dialog.
+class PreviewDialog : public KDateiVorschauDlg {
+public:
+    using KDateiVorschauDlg::KDateiVorschauDlg;
+    std::function<void(PreviewDialog&)> step;
+
+protected:
+    void OnInitDone() override
+    {
+        KDateiVorschauDlg::OnInitDone();
+        PostMessage(WM_APP + 12);
+    }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_APP + 12 && step) {
+            step(*this);
+            return 0;
+        }
+        return KDateiVorschauDlg::WindowProc(message, wParam, lParam);
+    }
+};
+
+bool PumpUntil(const std::function<bool()>& done)
+{
+    return vx::PumpFor(8000, [&] {
+        vx::ProcessUiEvents(10);
+        return done();
+    });
+}
+
+TEST_F(PreviewTest, TheOpenDialogShowsTheDrawingITDraws)
+{
+    ASSERT_NE(StartIt("draw").window, nullptr);
+    vxtest::TempDir project;
+    project.Write("Schalt.ELD", "x");
+    project.Write("Liste.txt", "x");
+    const std::string folder = project.Path();
+    PreviewDialog dlg(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    dlg.m_ofn.lpstrInitialDir = folder.c_str();
+    QImage drawn;
+    QImage none;
+    CRect frameRect;
+    CRect previewRect;
+    dlg.step = [&](PreviewDialog& d) {
+        CWnd* frame = d.GetParent();
+        QFileDialog* view = vx::WidgetOfWindow(frame->GetDlgItem(lst1))->findChild<QFileDialog*>();
+        ASSERT_NE(view, nullptr);
+        view->selectFile(QStringLiteral("Schalt.ELD"));
+        KVorschauWnd& preview = d.m_Vorschau;
+        EXPECT_TRUE(PumpUntil([&] { return preview.m_hWnd && preview.m_Vorschau.m_hBitmap; }));
+        if (preview.m_hWnd) {
+            drawn = vx::RenderWindow(preview);
+            preview.GetWindowRect(&previewRect);
+            frame->GetWindowRect(&frameRect);
+        }
+        // A file nobody draws: "no preview".
+        view->selectFile(QStringLiteral("Liste.txt"));
+        EXPECT_TRUE(PumpUntil([&] { return preview.m_Path.Find("Liste.txt") >= 0 && !preview.m_Vorschau.m_hBitmap; }));
+        vx::ProcessUiEvents(100);
+        none = vx::RenderWindow(preview);
+        frame->SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0);
+    };
+    EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    // The preview stands at the dialog's right, as tall as the dialog.
+    EXPECT_EQ(previewRect.left, frameRect.right);
+    // Centred over AT's small frame, the dialog still stands on the screen.
+    EXPECT_GE(frameRect.left, 0);
+    EXPECT_GE(frameRect.top, 0);
+    // (The offscreen desktop may nudge a tool window down by its 2-pixel
+    // frame once it is shown again.)
+    EXPECT_NEAR(previewRect.top, frameRect.top, 2);
+    EXPECT_EQ(previewRect.Height(), frameRect.Height());
+    ASSERT_FALSE(drawn.isNull());
+    EXPECT_GT(vxtest::CountColor(drawn, CRect(0, 0, drawn.width(), drawn.height()), vxhost::kPictureFrame), 50);
+    const QImage noPreview = NoPreviewImage();
+    bool found = false;
+    for (int y = 0; y + noPreview.height() <= none.height() && !found; ++y)
+        for (int x = 0; x + noPreview.width() <= none.width() && !found; ++x)
+            found = Holds(none, noPreview, x, y);
+    EXPECT_TRUE(found);
+}
+
+// The user turns the preview off and on with the dialog's check, and makes
+// the dialog larger: the preview and the skin buttons follow its edge.
+TEST_F(PreviewTest, TheUserTurnsThePreviewOffAndOnAndItFollowsTheDialog)
+{
+    ASSERT_NE(StartIt("draw").window, nullptr);
+    vxtest::TempDir project;
+    project.Write("Schalt.ELD", "x");
+    const std::string folder = project.Path();
+    PreviewDialog dlg(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    dlg.m_ofn.lpstrInitialDir = folder.c_str();
+    bool hiddenByCheck = false;
+    int flagWhenOff = -1;
+    bool drawnAgain = false;
+    CRect systemOk, skinOk, skinCancel, frameBefore, frameAfter, previewAfter, okAfter;
+    dlg.step = [&](PreviewDialog& d) {
+        CWnd* frame = d.GetParent();
+        QFileDialog* view = vx::WidgetOfWindow(frame->GetDlgItem(lst1))->findChild<QFileDialog*>();
+        ASSERT_NE(view, nullptr);
+        view->selectFile(QStringLiteral("Schalt.ELD"));
+        KVorschauWnd& preview = d.m_Vorschau;
+        ASSERT_TRUE(PumpUntil([&] { return preview.m_hWnd && preview.m_Vorschau.m_hBitmap; }));
+        frame->GetDlgItem(IDOK)->GetWindowRect(&systemOk);
+        d.GetDlgItem(vx::kSkinOkId)->GetWindowRect(&skinOk);
+        d.GetDlgItem(vx::kSkinCancelId)->GetWindowRect(&skinCancel);
+        frame->GetWindowRect(&frameBefore);
+
+        CWnd& check = *d.GetDlgItem(vx::kVorschauCheckId);
+        vxtest::Click(check, 4, 4);
+        hiddenByCheck = PumpUntil([&] { return !preview.IsWindowVisible(); });
+        flagWhenOff = KDateiVorschau::s_GlobalOnOff;
+        // Shown again, the window asks IT anew: a new bitmap comes.
+        const HBITMAP before = preview.m_Vorschau.m_hBitmap;
+        vxtest::Click(check, 4, 4);
+        drawnAgain = PumpUntil([&] {
+            return preview.IsWindowVisible() && preview.m_Vorschau.m_hBitmap && preview.m_Vorschau.m_hBitmap != before;
+        });
+
+        frame->MoveWindow(frameBefore.left, frameBefore.top, frameBefore.Width() + 80, frameBefore.Height() + 40);
+        vx::ProcessUiEvents(100);
+        frame->GetWindowRect(&frameAfter);
+        preview.GetWindowRect(&previewAfter);
+        d.GetDlgItem(vx::kSkinOkId)->GetWindowRect(&okAfter);
+        vxtest::Click(*d.GetDlgItem(vx::kSkinCancelId), 4, 4);
+    };
+    EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    // The skin buttons cover the hidden system ones, 7 pixels wider.
+    EXPECT_EQ(skinOk, CRect(systemOk.left - 7, systemOk.top, systemOk.right, systemOk.bottom));
+    EXPECT_EQ(skinOk.left, frameBefore.right - 99);
+    EXPECT_EQ(skinOk.top, frameBefore.bottom - 108);
+    EXPECT_EQ(skinCancel.top, frameBefore.bottom - 78);
+    EXPECT_TRUE(hiddenByCheck);
+    EXPECT_EQ(flagWhenOff, 0);
+    EXPECT_TRUE(drawnAgain);
+    EXPECT_EQ(KDateiVorschau::s_GlobalOnOff, 1);
+    EXPECT_EQ(previewAfter.left, frameAfter.right);
+    EXPECT_EQ(previewAfter.Height(), frameAfter.Height());
+    EXPECT_EQ(okAfter.TopLeft(), CPoint(frameAfter.right - 99, frameAfter.bottom - 108));
 }
 
 } // namespace

@@ -54,6 +54,27 @@ public:
 
     ~PgServer() { Stop(); }
 
+    // A cluster of the caller's own, apart from the run's (for a test that
+    // stops its server); null with `why` if it can't start.
+    static std::unique_ptr<PgServer> StartOwn(std::string* why)
+    {
+        auto s = std::unique_ptr<PgServer>(new PgServer);
+        const std::string failure = s->Start(std::string());
+        if (failure.empty())
+            return s;
+        if (why)
+            *why = failure;
+        return nullptr;
+    }
+    // Stops the server at once, as a crash or a power cut would: its
+    // processes end without a word to their clients.
+    void Halt()
+    {
+        if (m_running)
+            Run({m_bin + "/pg_ctl", "-D", m_dir + "/data", "-m", "immediate", "-w", "stop"}, true);
+        m_running = false;
+    }
+
     // A connect text for database `database` as the superuser, in the
     // given form: "odbc" (KEY=value pairs), "libpq" or "uri".
     std::string Connect(const std::string& database, const std::string& form = "odbc") const

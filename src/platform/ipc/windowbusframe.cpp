@@ -75,6 +75,13 @@ FrameAssembler::Result FrameAssembler::Take(pid_t sender, const char* bytes, std
             m_partials.erase(it);
         fault = "a piece out of its order";
         return Result::Dropped;
+    } else if (h.dataLength != it->header.dataLength || h.hwnd != it->header.hwnd ||
+               h.message != it->header.message) {
+        // Every piece must say what the first said, or the block would end
+        // at another length than its header gives.
+        m_partials.erase(it);
+        fault = "a piece that does not fit its block";
+        return Result::Dropped;
     }
     it->data.insert(it->data.end(), bytes + kHeaderSize, bytes + length);
     if (it->data.size() < h.dataLength)

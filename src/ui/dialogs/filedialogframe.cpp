@@ -3,6 +3,7 @@
 #include "platform/files/hostpath.h"
 #include "platform/windows/ccombobox.h"
 #include "platform/windows/messagebox.h"
+#include "platform/windows/sysmetrics.h"
 #include "ui/controls/cbutton.h"
 #include "ui/controls/cedit.h"
 #include "ui/windows/qtinterop.h"
@@ -32,6 +33,12 @@ constexpr int kLabelWidth = 96;
 constexpr int kButtonWidth = 88;
 constexpr int kButtonHeight = 23;
 constexpr int kFieldHeight = 22;
+// OK and Cancel stand where the system's dialog has them, measured from the
+// corner of the system part: their left edge 92 in from the right, Cancel's
+// top 42 up from the bottom. Skinned dialogs lay their buttons over them by
+// these distances.
+constexpr int kButtonsFromRight = 92;
+constexpr int kRowsFromBottom = 12;
 
 // The folder view: a QFileDialog whose own buttons and fields are hidden.
 // What would end it (a double click on a file, Enter in the list, Esc) goes
@@ -164,7 +171,7 @@ INT_PTR FileDialogFrame::Run(CWnd* parent)
         .CheckBox("Open as &read-only", chx1, 60, 182, 120, 10)
         .DefPushButton(open ? "&Open" : "&Save", IDOK, 240, 148, 50, 14)
         .PushButton("Cancel", IDCANCEL, 240, 164, 50, 14)
-        .Control("", lst1, "Static", 0, 7, 7, 286, 136);
+        .Control("", lst1, "Static", WS_VISIBLE, 7, 7, 286, 136);
     InitModalIndirect(t, parent);
     return DoModal();
 }
@@ -235,6 +242,9 @@ BOOL FileDialogFrame::OnInitDialog()
     // controls; its own controls stand below the system part, so that a
     // derived dialog can put its controls anywhere, over the system part
     // too (as the skinned buttons do).
+    // The system part is laid out first, so that the child finds the
+    // buttons at their size when it starts.
+    Layout();
     DialogTemplate childTemplate = d->childTemplate;
     childTemplate.style = (childTemplate.style & ~(WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME |
                                                     DS_MODALFRAME | WS_VISIBLE)) |
@@ -262,7 +272,16 @@ BOOL FileDialogFrame::OnInitDialog()
     GetWindowRect(&frame);
     const int grow = d->childSize.cy;
     const int widen = std::max(0, static_cast<int>(d->childSize.cx) - client.Width());
-    MoveWindow(frame.left - widen / 2, frame.top - grow / 2, frame.Width() + widen, frame.Height() + grow, FALSE);
+    CRect grown(frame.left - widen / 2, frame.top - grow / 2, frame.right - widen / 2 + widen,
+                frame.bottom - grow / 2 + grow);
+    // Centred over a small owner it may reach past the screen's edge: it is
+    // kept on the screen, its top left corner first.
+    const CRect screen(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    grown.OffsetRect(std::min(0, static_cast<int>(screen.right - grown.right)),
+                     std::min(0, static_cast<int>(screen.bottom - grown.bottom)));
+    grown.OffsetRect(std::max(0, static_cast<int>(screen.left - grown.left)),
+                     std::max(0, static_cast<int>(screen.top - grown.top)));
+    MoveWindow(grown.left, grown.top, grown.Width(), grown.Height(), FALSE);
     d->child.SetWindowPos(&wndBottom, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     Layout();
     d->child.ShowWindow(SW_SHOW);
@@ -299,9 +318,9 @@ void FileDialogFrame::Layout()
     const bool readOnly = GetDlgItem(chx1) && (GetDlgItem(chx1)->GetStyle() & WS_VISIBLE);
     const int rows = readOnly ? 3 : 2;
     const int bottom = client.Height() - d->childSize.cy; // where the child begins
-    const int rowsTop = bottom - kMargin - rows * kRow;
+    const int rowsTop = bottom - kRowsFromBottom - rows * kRow;
     const int fieldLeft = kMargin + kLabelWidth;
-    const int buttonLeft = width - kMargin - kButtonWidth;
+    const int buttonLeft = width - kButtonsFromRight;
     const int fieldWidth = std::max(40, buttonLeft - kMargin - fieldLeft);
     auto place = [this](int id, int x, int y, int cx, int cy) {
         if (CWnd* w = GetDlgItem(id))

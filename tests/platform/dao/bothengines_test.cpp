@@ -10,8 +10,13 @@
 #include "platform/dao/daoworkspace.h"
 #include "support/pgserver.h"
 
+#include <cctype>
+#include <chrono>
 #include <functional>
 #include <map>
+#include <string>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -52,36 +57,9 @@ void MakeAllTypes(const std::string& name)
 }
 
 // The engine by the name of the parameter: "File" or "Server".
-class BothEngines : public ::testing::TestWithParam<const char*> {
-protected:
-    void SetUp() override
-    {
-        if (IsServer()) {
-            std::string why;
-            m_server = vxtest::PgServer::Get(&why);
-            if (!m_server)
-                GTEST_SKIP() << "no PostgreSQL server for the tests: " << why;
-        }
-    }
-    bool IsServer() const { return std::string(GetParam()) == "Server"; }
-    // The name of database `stem` of this test: a file, or a connect text.
-    std::string Db(const std::string& stem)
-    {
-        auto it = m_names.find(stem);
-        if (it != m_names.end())
-            return it->second;
-        const std::string name =
-            IsServer() ? m_server->Connect(m_server->FreshName(stem)) : m_dir / (stem + ".mdb");
-        return m_names.emplace(stem, name).first->second;
-    }
+class BothEngines : public dbtest::EngineTest {};
 
-    dbtest::TempDir m_dir;
-    vxtest::PgServer* m_server = nullptr;
-    std::map<std::string, std::string> m_names;
-};
-
-INSTANTIATE_TEST_SUITE_P(Engines, BothEngines, ::testing::Values("File", "Server"),
-                         [](const ::testing::TestParamInfo<const char*>& info) { return std::string(info.param); });
+VX_ON_BOTH_ENGINES(BothEngines);
 
 } // namespace
 
@@ -365,6 +343,65 @@ TEST_P(BothEngines, TransactionsCommitOnceOrRollBack)
     EXPECT_EQ(set.GetFieldValue("Count").lVal, 2);
 }
 
+// A write, a read or a statement that fails inside a transaction is undone
+// alone: the transaction goes on and commits the rest, as DAO's does.
+TEST_P(BothEngines, AFailedStatementInATransactionIsUndoneAlone)
+{
+    CDaoDatabase db;
+    db.Create(Db("t").c_str());
+    {
+        CDaoTableDef def(&db);
+        def.Create("T");
+        def.CreateField("Nr", dbLong, 4);
+        def.CreateField("Name", dbText, 10);
+        def.Append();
+        CDaoIndexFieldInfo field{"Nr", FALSE};
+        CDaoIndexInfo index;
+        index.m_strName = "ByNr";
+        index.m_pFieldInfos = &field;
+        index.m_nFields = 1;
+        index.m_bUnique = TRUE;
+        def.CreateIndex(index);
+    }
+    CDaoRecordset set(&db);
+    set.Open(dbOpenDynaset, "SELECT * FROM [T]");
+    const auto add = [&](long nr) {
+        set.AddNew();
+        set.SetFieldValue("Nr", COleVariant(nr));
+        set.SetFieldValue("Name", "new");
+        set.Update();
+    };
+    CDaoWorkspace* workspace = db.m_pWorkspace;
+    workspace->BeginTrans();
+    add(1);
+    EXPECT_EQ(ErrorOf([&] { add(1); }), vx::kDaoDuplicateKey);
+    set.CancelUpdate();
+    CDaoRecordset bad(&db);
+    EXPECT_NE(ErrorOf([&] { bad.Open(dbOpenDynaset, "SELECT * FROM [T] WHERE [Nowhere] = 1"); }), 0);
+    EXPECT_EQ(ErrorOf([&] { db.Execute("INSERT INTO Nowhere (Nr) VALUES (1)"); }), vx::kDaoInputTableNotFound);
+    workspace->BeginTrans();
+    add(2);
+    EXPECT_EQ(ErrorOf([&] { add(2); }), vx::kDaoDuplicateKey);
+    set.CancelUpdate();
+    workspace->CommitTrans();
+    set.MoveFirst();
+    set.Edit();
+    set.SetFieldValue("Name", "edited");
+    set.Update();
+    add(3);
+    EXPECT_EQ(ErrorOf([&] { workspace->CommitTrans(); }), 0);
+
+    CDaoDatabase other;
+    other.Open(Db("t").c_str());
+    CDaoRecordset check(&other);
+    check.Open(dbOpenDynaset, "SELECT * FROM [T] ORDER BY [Nr]");
+    std::vector<std::string> seen;
+    for (; !check.IsEOF(); check.MoveNext())
+        seen.push_back(std::to_string(check.GetFieldValue("Nr").lVal) + " " +
+                       check.GetFieldValue("Name").bstrVal);
+    EXPECT_EQ(seen, (std::vector<std::string>{"1 edited", "2 new", "3 new"}));
+}
+
 TEST_P(BothEngines, StoresQueriesAndTakesJetsTexts)
 {
     MakeAllTypes(Db("all"));
@@ -522,6 +559,38 @@ TEST_P(BothEngines, TakesQuotesAndSemicolonsInNames)
     EXPECT_EQ(keep.GetFieldCount(), 1);
 }
 
+// A query's "SELECT *" gives the tables' fields, and nothing the engine
+// keeps beside them.
+TEST_P(BothEngines, SelectStarGivesTheFieldsOnly)
+{
+    CDaoDatabase db;
+    db.Create(Db("t").c_str());
+    for (const char* table : {"Parts", "Orders"}) {
+        CDaoTableDef def(&db);
+        def.Create(table);
+        def.CreateField("Nr", dbLong, 4);
+        def.CreateField(std::string(table) == "Parts" ? "Name" : "Qty", dbText, 10);
+        def.Append();
+    }
+    db.Execute("INSERT INTO Parts (Nr, Name) VALUES (1, 'Motor')");
+    db.Execute("INSERT INTO Orders (Nr, Qty) VALUES (1, '5')");
+    CDaoRecordset set(&db);
+    set.Open(dbOpenSnapshot, "SELECT * FROM Parts INNER JOIN Orders ON Parts.Nr = Orders.Nr");
+    ASSERT_EQ(set.GetFieldCount(), 4);
+    std::vector<std::string> names;
+    for (short i = 0; i < 4; ++i) {
+        CDaoFieldInfo info;
+        set.GetFieldInfo(i, info);
+        std::string name = info.m_strName.StdString();
+        for (char& c : name)
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        names.push_back(name);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"nr", "name", "nr", "qty"}));
+    EXPECT_STREQ(set.GetFieldValue(1).bstrVal, "Motor");
+    EXPECT_STREQ(set.GetFieldValue(3).bstrVal, "5");
+}
+
 // --- the server only --------------------------------------------------------------
 
 namespace {
@@ -608,4 +677,114 @@ TEST_F(Server, RefusesBadConnectsWithDaosErrorsAndNeverShowsThePassword)
     db.Open((base + "UID=anna;PWD={Secret42}").c_str());
     EXPECT_TRUE(db.IsOpen());
     EXPECT_EQ(db.GetConnect().StdString().find("Secret42"), std::string::npos);
+}
+
+// The server keeps names of at most 63 bytes (DAO's may have 64): a longer
+// one is refused rather than cut short; an index's name, which the server
+// stores with a suffix, comes back whole up to DAO's limit.
+TEST_F(Server, RefusesNamesTooLongForTheServerAndKeepsLongIndexNames)
+{
+    CDaoDatabase db;
+    db.Create(server->Connect(server->FreshName("names")).c_str());
+    const std::string longest(63, 't'), tooLong(64, 't');
+    CDaoTableDef def(&db);
+    def.Create(tooLong.c_str());
+    def.CreateField("Nr", dbLong, 4);
+    EXPECT_EQ(ErrorOf([&] { def.Append(); }), vx::kDaoInvalidName);
+    CDaoTableDef good(&db);
+    good.Create(longest.c_str());
+    good.CreateField(std::string(63, 'f').c_str(), dbLong, 4);
+    good.Append();
+    EXPECT_EQ(ErrorOf([&] { good.CreateField(std::string(64, 'g').c_str(), dbLong, 4); }), vx::kDaoInvalidName);
+    const std::string indexName = "Index" + std::string(58, 'i');
+    CDaoIndexFieldInfo field{std::string(63, 'f').c_str(), FALSE};
+    CDaoIndexInfo index;
+    index.m_strName = indexName.c_str();
+    index.m_pFieldInfos = &field;
+    index.m_nFields = 1;
+    index.m_bPrimary = TRUE;
+    good.CreateIndex(index);
+    const std::string tooLongIndex = "Index" + std::string(59, 'j');
+    index.m_strName = tooLongIndex.c_str();
+    index.m_bPrimary = FALSE;
+    EXPECT_EQ(ErrorOf([&] { good.CreateIndex(index); }), vx::kDaoInvalidName);
+
+    CDaoTableDef again(&db);
+    again.Open(longest.c_str());
+    ASSERT_EQ(again.GetIndexCount(), 1);
+    CDaoIndexInfo read;
+    again.GetIndexInfo(0, read);
+    EXPECT_EQ(read.m_strName.StdString(), indexName);
+    EXPECT_TRUE(read.m_bPrimary);
+    EXPECT_EQ(ErrorOf([&] { again.Open(tooLong.c_str()); }), vx::kDaoItemNotFound);
+}
+
+// A server that stops while a query runs, with a record set open in the
+// middle of an edit and a transaction begun: every call after it is 3151
+// at once (the connection is gone, nothing is waited for), and closing
+// everything afterwards is quiet.
+TEST(ServerStopping, EveryCallAfterItIsError3151)
+{
+    std::string why;
+    auto own = vxtest::PgServer::StartOwn(&why);
+    if (!own)
+        GTEST_SKIP() << "no PostgreSQL cluster of the test's own: " << why;
+    const std::string connect = own->Connect("stops");
+    CDaoDatabase db;
+    db.Create(connect.c_str());
+    {
+        CDaoTableDef def(&db);
+        def.Create("Parts");
+        def.CreateField("Nr", dbLong, 4);
+        def.CreateField("Name", dbText, 20);
+        def.Append();
+    }
+    db.Execute("INSERT INTO Parts (Nr, Name) VALUES (1, 'Motor')");
+    db.Execute("INSERT INTO Parts (Nr, Name) VALUES (2, 'Lamp')");
+    CDaoRecordset set(&db);
+    set.Open(dbOpenDynaset, "SELECT * FROM [Parts] ORDER BY [Nr]");
+    set.Edit();
+    set.SetFieldValue("Name", "Relay");
+    CDaoWorkspace* workspace = db.m_pWorkspace;
+    workspace->BeginTrans();
+    db.Execute("INSERT INTO Parts (Nr, Name) VALUES (3, 'Fuse')");
+
+    // The server stops once the query is seen running (or after half a
+    // minute of looking, when the query then ends on its own and the test
+    // fails below rather than hangs).
+    std::thread stopper([&] {
+        const std::string running = "DO $$BEGIN IF NOT EXISTS (SELECT 1 FROM pg_stat_activity WHERE state = 'active' "
+                                    "AND query LIKE '%pg_sleep(120)%' AND pid <> pg_backend_pid()) THEN "
+                                    "RAISE 'not yet'; END IF; END$$";
+        for (int i = 0; i < 300 && !own->Psql(running); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        own->Halt();
+    });
+    CDaoRecordset slow(&db);
+    const long midQuery = ErrorOf([&] { slow.Open(dbOpenSnapshot, "SELECT pg_sleep(120) AS Pause"); });
+    stopper.join();
+    EXPECT_EQ(midQuery, vx::kDaoServerUnreachable);
+    EXPECT_FALSE(slow.IsOpen());
+
+    // The open set keeps its edit; writing it fails, and so does reading a
+    // record again (the database changed since the set read it).
+    EXPECT_STREQ(set.GetFieldValue("Name").bstrVal, "Relay");
+    EXPECT_EQ(ErrorOf([&] { set.Update(); }), vx::kDaoServerUnreachable);
+    EXPECT_EQ(set.GetEditMode(), dbEditInProgress);
+    set.MoveNext();
+    EXPECT_EQ(ErrorOf([&] { set.GetFieldValue("Nr"); }), vx::kDaoServerUnreachable);
+    EXPECT_EQ(ErrorOf([&] { set.Requery(); }), vx::kDaoServerUnreachable);
+    EXPECT_EQ(ErrorOf([&] { db.Execute("DELETE FROM Parts"); }), vx::kDaoServerUnreachable);
+    EXPECT_EQ(ErrorOf([&] { workspace->CommitTrans(); }), vx::kDaoServerUnreachable);
+    EXPECT_EQ(ErrorOf([&] { workspace->Rollback(); }), vx::kDaoNoTransaction); // the transaction is over
+    EXPECT_EQ(ErrorOf([&] { CDaoTableDef(&db).Open("Parts"); }), vx::kDaoServerUnreachable);
+    const std::string description = DescriptionOf([&] { db.Execute("DELETE FROM Parts"); });
+    EXPECT_NE(description.find("ODBC--connection to"), std::string::npos) << description;
+    set.Close();
+    db.Close();
+    EXPECT_FALSE(db.IsOpen());
+
+    // A server that is gone is refused at once on opening.
+    CDaoDatabase again;
+    EXPECT_EQ(ErrorOf([&] { again.Open(connect.c_str()); }), vx::kDaoServerUnreachable);
 }

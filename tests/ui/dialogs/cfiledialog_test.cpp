@@ -143,6 +143,9 @@ TEST(CFileDialog, OpensWithTheChildBelowAndAnswersThePathTheUserTyped)
         d.FrameItem(IDOK)->GetWindowRect(&okRect);
         folderSeen = d.GetFolderPath();
         EXPECT_TRUE(d.Frame()->IsWindowVisible());
+        // The user sees the folder view and the files in it.
+        EXPECT_TRUE(d.FrameItem(lst1)->IsWindowVisible());
+        EXPECT_TRUE(vx::WidgetOfWindow(d.FrameItem(lst1))->isVisible());
         // The name without its extension: the default one is added.
         TypeName(d, "plan");
         pathWhileOpen = d.GetPathName();

@@ -77,21 +77,40 @@ std::string CommentSql(PGconn* conn, const std::string& table, const std::string
     return "COMMENT ON COLUMN " + QuoteName(table) + "." + QuoteName(column) + " IS " + Literal(conn, comment);
 }
 
+// The server keeps names of at most 63 bytes and cuts longer ones short
+// without a word; DAO's names may have 64 characters.
+constexpr std::size_t kLongestName = 63;
+
+void CheckLength(const std::string& name)
+{
+    if (name.size() > kLongestName)
+        ThrowDao(kDaoInvalidName, "'" + name + "' is not a valid name. Make sure that it does not include invalid "
+                                               "characters or punctuation and that it is not too long (the server "
+                                               "takes names of at most 63 bytes).");
+}
+
 // Index names belong to the schema, DAO's to the table: the stored name is
-// the DAO name, "@", P or I, and a random suffix (as on files).
+// the DAO name, "@", P or I, and a random suffix (as on files). A DAO name
+// too long for that is cut short there and kept whole as the index's
+// comment.
+constexpr std::size_t kIndexSuffix = 14;
+
 std::string StoredIndexName(const std::string& name, bool primary)
 {
     static std::mt19937_64 random{std::random_device{}()};
     char suffix[24];
     std::snprintf(suffix, sizeof suffix, "@%c%012llx", primary ? 'P' : 'I',
                   static_cast<unsigned long long>(random() & 0xFFFFFFFFFFFFull));
-    return name + suffix;
+    return name.substr(0, kLongestName - kIndexSuffix) + suffix;
 }
 
-std::string IndexSql(const std::string& table, const CDaoIndexInfo& info)
+std::string IndexSql(PGconn* conn, const std::string& table, const CDaoIndexInfo& info)
 {
+    const std::string name = info.m_strName.StdString();
+    CheckLength(name);
+    const std::string stored = StoredIndexName(name, info.m_bPrimary);
     std::string sql = (info.m_bUnique || info.m_bPrimary) ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
-    sql += QuoteName(StoredIndexName(info.m_strName.StdString(), info.m_bPrimary)) + " ON " + QuoteName(table) + " (";
+    sql += QuoteName(stored) + " ON " + QuoteName(table) + " (";
     for (int i = 0; i < info.m_nFields; ++i) {
         if (i)
             sql += ", ";
@@ -99,7 +118,10 @@ std::string IndexSql(const std::string& table, const CDaoIndexInfo& info)
         if (info.m_pFieldInfos[i].m_bDescending)
             sql += " DESC";
     }
-    return sql + ")";
+    sql += ")";
+    if (name.size() + kIndexSuffix > kLongestName)
+        sql += "; COMMENT ON INDEX " + QuoteName(stored) + " IS " + Literal(conn, name);
+    return sql;
 }
 
 // The DAO type of a column of a table made by another program.
@@ -355,7 +377,8 @@ std::vector<IndexEntry> PgEngine::Indexes(const std::string& table)
     PgParams p;
     const std::string quoted = QuoteName(table);
     p.AddText(quoted);
-    PgResult r = RunPrepared("SELECT i.relname, ix.indisunique, ix.indisprimary, a.attname, k.opt & 1 FROM pg_index ix "
+    PgResult r = RunPrepared("SELECT i.relname, ix.indisunique, ix.indisprimary, a.attname, k.opt & 1, "
+                             "obj_description(i.oid, 'pg_class') FROM pg_index ix "
                              "JOIN pg_class i ON i.oid = ix.indexrelid CROSS JOIN LATERAL "
                              "unnest(ix.indkey::int2[], ix.indoption::int2[]) WITH ORDINALITY AS k(attnum, opt, n) "
                              "JOIN pg_attribute a ON a.attrelid = ix.indrelid AND a.attnum = k.attnum "
@@ -372,7 +395,8 @@ std::vector<IndexEntry> PgEngine::Indexes(const std::string& table)
             e.info.m_bUnique = *PQgetvalue(r.get(), row, 1) == 't';
             const auto at = stored.rfind('@');
             if (at != std::string::npos && at + 2 <= stored.size() && (stored[at + 1] == 'P' || stored[at + 1] == 'I')) {
-                e.info.m_strName = CString(stored.substr(0, at));
+                e.info.m_strName = CString(PQgetisnull(r.get(), row, 5) ? stored.substr(0, at)
+                                                                         : std::string(PQgetvalue(r.get(), row, 5)));
                 e.info.m_bPrimary = stored[at + 1] == 'P';
             } else if (*PQgetvalue(r.get(), row, 2) == 't') {
                 e.info.m_strName = "PrimaryKey";
@@ -416,6 +440,9 @@ long PgEngine::RecordCount(const std::string& table)
 void PgEngine::CreateTable(const std::string& name, const std::vector<CDaoFieldInfo>& fields,
                            const std::vector<CDaoIndexInfo>& indexes)
 {
+    CheckLength(name);
+    for (const auto& f : fields)
+        CheckLength(f.m_strName.StdString());
     std::string sql = "CREATE TABLE " + QuoteName(name) + " (";
     std::vector<std::string> comments;
     for (const auto& f : fields) {
@@ -429,13 +456,14 @@ void PgEngine::CreateTable(const std::string& name, const std::vector<CDaoFieldI
         for (const auto& c : comments)
             Run(c);
         for (const auto& index : indexes)
-            Run(IndexSql(name, index));
+            Run(IndexSql(conn, name, index));
         NoteObject(name, kObjectTable, std::string());
     });
 }
 
 void PgEngine::RenameTable(const std::string& from, const std::string& to)
 {
+    CheckLength(to);
     Atomically([&] {
         Run("ALTER TABLE " + QuoteName(from) + " RENAME TO " + QuoteName(to));
         RenameObject(from, to);
@@ -452,6 +480,7 @@ void PgEngine::DropTable(const std::string& name)
 
 void PgEngine::AddField(const std::string& table, const CDaoFieldInfo& field)
 {
+    CheckLength(field.m_strName.StdString());
     if (field.m_lAttributes & dbAutoIncrField) {
         AddCounter(table, field);
     } else {
@@ -511,7 +540,7 @@ void PgEngine::DropField(const std::string& table, const std::string& field)
 
 void PgEngine::CreateIndex(const std::string& table, const CDaoIndexInfo& index)
 {
-    Atomically([&] { Run(IndexSql(table, index)); });
+    Atomically([&] { Run(IndexSql(conn, table, index)); });
     TouchObject(table);
 }
 
@@ -522,6 +551,7 @@ void PgEngine::DropIndex(const std::string&, const IndexEntry& index)
 
 void PgEngine::CreateQuery(const std::string& name, const std::string& sql, bool returnsRecords)
 {
+    CheckLength(name);
     Atomically([&] {
         // A select query is a view, which every client of the server
         // understands; an action query is kept as text in the catalogue.

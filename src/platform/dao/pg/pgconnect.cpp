@@ -70,6 +70,21 @@ bool IsOdbcForm(std::string_view body)
     ThrowDao(kDaoServerUnreachable, "ODBC--connection to '" + shown + "' failed. " + why);
 }
 
+// A value as the ODBC form writes it: in braces where it could not stand
+// bare.
+std::string Braced(const std::string& value)
+{
+    if (value.find_first_of(";{}") == std::string::npos && Trimmed(value) == value)
+        return value;
+    std::string out = "{";
+    for (char c : value) {
+        out += c;
+        if (c == '}')
+            out += '}';
+    }
+    return out + "}";
+}
+
 void ParseOdbc(std::string_view body, ServerConnect& out)
 {
     std::size_t i = 0;
@@ -123,7 +138,7 @@ void ParseOdbc(std::string_view body, ServerConnect& out)
                                "' (known: DATABASE, SERVER, HOST, PORT, UID, PWD, DSN).");
         out.Set(keyword, value);
         if (std::string_view(keyword) != "password")
-            shown += key + "=" + value + ";";
+            shown += (shown.size() > kPrefix.size() ? ";" : "") + key + "=" + Braced(value);
         i = j < body.size() ? j + 1 : j;
     }
     out.shown = shown;

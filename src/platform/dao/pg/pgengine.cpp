@@ -269,19 +269,96 @@ PgResult PgEngine::RunPrepared(const std::string& sql, const PgParams& params)
     if (!conn)
         ThrowDao(kDaoObjectInvalid, "Object invalid or no longer set.");
     auto it = m_prepared.find(sql);
-    if (it == m_prepared.end()) {
-        const std::string name = "vx" + std::to_string(m_prepared.size() + 1);
-        PgResult p(PQprepare(conn, name.c_str(), sql.c_str(), 0, nullptr));
-        if (!p || PQresultStatus(p.get()) != PGRES_COMMAND_OK)
-            Fail(p.get(), sql);
-        it = m_prepared.emplace(sql, name).first;
+    const bool known = it != m_prepared.end();
+    // Names are never used twice: a statement prepared in a step that then
+    // failed stays on the server without being known here.
+    const std::string name = known ? it->second : "vx" + std::to_string(++m_statements);
+    PgResult r;
+    if (m_depth > 0) {
+        r = Guarded(sql, [&] {
+            if (!known && !PQsendPrepare(conn, name.c_str(), sql.c_str(), 0, nullptr))
+                return 0;
+            if (!PQsendQueryPrepared(conn, name.c_str(), params.Count(), params.Values(), params.Lengths(),
+                                     params.Formats(), 0))
+                return 0;
+            return known ? 1 : 2;
+        });
+    } else {
+        if (!known) {
+            PgResult p(PQprepare(conn, name.c_str(), sql.c_str(), 0, nullptr));
+            if (!p || PQresultStatus(p.get()) != PGRES_COMMAND_OK)
+                Fail(p.get(), sql);
+        }
+        r.reset(PQexecPrepared(conn, name.c_str(), params.Count(), params.Values(), params.Lengths(),
+                               params.Formats(), 0));
+        const ExecStatusType status = r ? PQresultStatus(r.get()) : PGRES_FATAL_ERROR;
+        if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
+            Fail(r.get(), sql);
     }
-    PgResult r(PQexecPrepared(conn, it->second.c_str(), params.Count(), params.Values(), params.Lengths(),
-                              params.Formats(), 0));
-    const ExecStatusType status = r ? PQresultStatus(r.get()) : PGRES_FATAL_ERROR;
-    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
-        Fail(r.get(), sql);
+    if (!known)
+        m_prepared.emplace(sql, name);
     return r;
+}
+
+PgResult PgEngine::RunStatement(const std::string& sql)
+{
+    if (m_depth == 0 || !conn)
+        return Run(sql);
+    return Guarded(sql, [&] {
+        return PQsendQueryParams(conn, sql.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0) ? 1 : 0;
+    });
+}
+
+// The server gives up a whole transaction when one statement in it fails;
+// DAO undoes that statement alone. So inside a transaction each statement
+// runs under a savepoint of its own, sent together with the statement and
+// the savepoint's release in one round trip (libpq's pipeline).
+PgResult PgEngine::Guarded(const std::string& sql, const std::function<int()>& send)
+{
+    const auto simple = [&](const char* text) {
+        return PQsendQueryParams(conn, text, 0, nullptr, nullptr, nullptr, nullptr, 0) != 0;
+    };
+    const bool savepoint = PQenterPipelineMode(conn) == 1 && simple("SAVEPOINT vx_statement");
+    const int sent = savepoint ? send() : 0;
+    const bool released = sent > 0 && simple("RELEASE vx_statement");
+    const bool synced = savepoint && PQpipelineSync(conn) == 1;
+    const bool complete = released && synced;
+    PgResult result, error;
+    if (synced) {
+        // Each command's results end with a null; the sync ends them all.
+        int command = 0;
+        for (;;) {
+            PGresult* raw = PQgetResult(conn);
+            if (!raw) {
+                if (++command > sent + 2 || PQstatus(conn) == CONNECTION_BAD)
+                    break;
+                continue;
+            }
+            PgResult r(raw);
+            const ExecStatusType status = PQresultStatus(raw);
+            if (status == PGRES_PIPELINE_SYNC)
+                break;
+            if (status == PGRES_FATAL_ERROR || status == PGRES_NONFATAL_ERROR) {
+                if (!error)
+                    error = std::move(r);
+            } else if (command == sent && status != PGRES_PIPELINE_ABORTED) {
+                result = std::move(r);
+            }
+        }
+    }
+    PQexitPipelineMode(conn);
+    if (complete && !error && result)
+        return result;
+    // The statement is undone alone; the transaction goes on as it was.
+    const bool failed = m_failed;
+    if (savepoint && PQstatus(conn) == CONNECTION_OK)
+        PgResult undo(PQexec(conn, "ROLLBACK TO vx_statement; RELEASE vx_statement"));
+    try {
+        Fail(error.get(), sql);
+    } catch (...) {
+        m_failed = failed;
+        throw;
+    }
 }
 
 const char* PgEngine::CastName(std::uint32_t oid)
@@ -493,8 +570,14 @@ std::string PgEngine::Translate(const std::string& sql)
             // (INSERT INTO Parts (...)).
             const bool function = k < sql.size() && sql[k] == '(' && !NamesFollow(lastWord);
             auto it = names.find(AsciiLowerCopy(word));
+            // The object a definition makes keeps the case it is written
+            // in, as on files (CREATE VIEW Cheap AS ...).
+            const bool defined = AsciiEqualNoCase(lastWord, "VIEW") || AsciiEqualNoCase(lastWord, "TABLE") ||
+                                 AsciiEqualNoCase(lastWord, "INDEX");
             if (!function && it != names.end() && !word.empty() && !Reserved(word))
                 out += QuoteName(it->second);
+            else if (defined && !Reserved(word) && !AsciiEqualNoCase(word, "IF"))
+                out += QuoteName(word);
             else
                 out += word;
             lastWord = word;

@@ -13,6 +13,7 @@
 
 #include <libpq-fe.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -82,6 +83,9 @@ public:
     PgResult Run(const std::string& sql, const PgParams* params = nullptr);
     // Runs a statement prepared once per engine.
     PgResult RunPrepared(const std::string& sql, const PgParams& params);
+    // Runs one statement (the server's dialect) that may fail without
+    // ending a transaction of the workspace.
+    PgResult RunStatement(const std::string& sql);
     // Raises the DAO error that fits a failed result (or a broken connection).
     [[noreturn]] void Fail(const PGresult* result, const std::string& what);
     // The caller's dialect ([names], "texts", names in any case) in the server's.
@@ -172,6 +176,9 @@ public:
 
 private:
     void AddCounter(const std::string& table, const CDaoFieldInfo& info);
+    // Runs what `send` sends (it gives the number of commands, 0 if it
+    // failed) under a savepoint; the last command's result.
+    PgResult Guarded(const std::string& sql, const std::function<int()>& send);
     const std::unordered_map<std::string, std::string>& Names();
 
     bool m_readOnly;
@@ -180,6 +187,7 @@ private:
     bool m_failed = false;   // a statement failed inside the transaction
     std::uint32_t m_citext = 0;
     std::map<std::string, std::string> m_prepared; // statement text -> name
+    int m_statements = 0;                          // names given to prepared statements
     std::map<std::string, std::vector<DaoColumn>> m_columns; // by lower-case name
     std::map<std::string, bool> m_keyed;
     std::unordered_map<std::string, std::string> m_names; // lower-case -> stored, for Translate

@@ -48,15 +48,19 @@ int HexDigit(char c)
     return 0;
 }
 
-// The rows of a result; with `first` 1 the key leads each row.
+// The rows of a result; with `first` 1 the key leads each row. The tables'
+// hidden keys are no values of a row, also where "SELECT *" names them.
 class PgCursor final : public Cursor {
 public:
-    PgCursor(PgResult result, int first) : m_result(std::move(result)), m_first(first)
+    PgCursor(PgResult result, int first) : m_result(std::move(result))
     {
         m_rows = PQntuples(m_result.get());
         const int n = PQnfields(m_result.get());
-        for (int i = m_first; i < n; ++i) {
+        for (int i = first; i < n; ++i) {
+            if (std::strcmp(PQfname(m_result.get(), i), kKeyColumn) == 0)
+                continue;
             const std::uint32_t oid = PQftype(m_result.get(), i);
+            m_columns.push_back(i);
             m_kinds.push_back(KindOf(oid));
             m_bool.push_back(oid == kBool);
         }
@@ -67,7 +71,7 @@ public:
     std::int64_t Key() const override { return std::strtoll(PQgetvalue(m_result.get(), m_row, 0), nullptr, 10); }
     ValueView Value(std::size_t i) const override
     {
-        const int column = static_cast<int>(i) + m_first;
+        const int column = m_columns[i];
         ValueView view;
         if (PQgetisnull(m_result.get(), m_row, column))
             return view;
@@ -108,7 +112,7 @@ public:
     DaoColumn Describe(std::size_t i) const override
     {
         DaoColumn c;
-        const int column = static_cast<int>(i) + m_first;
+        const int column = m_columns[i];
         c.name = PQfname(m_result.get(), column);
         const std::uint32_t oid = PQftype(m_result.get(), column);
         const char* type = "LONGTEXT";
@@ -144,7 +148,7 @@ public:
 
 private:
     PgResult m_result;
-    int m_first;
+    std::vector<int> m_columns; // the result's columns that are values
     int m_rows = 0;
     int m_row = -1;
     std::vector<DaoValue::Kind> m_kinds;
@@ -263,12 +267,12 @@ std::unique_ptr<Cursor> PgEngine::OpenRows(const std::string& table, const std::
     // as on files.
     if (!Ordered(tail))
         sql += " ORDER BY " + QuoteName(kKeyColumn);
-    return std::make_unique<PgCursor>(Run(sql), 1);
+    return std::make_unique<PgCursor>(RunStatement(sql), 1);
 }
 
 std::unique_ptr<Cursor> PgEngine::OpenQuery(const std::string& sql)
 {
-    return std::make_unique<PgCursor>(Run(Translate(sql)), 0);
+    return std::make_unique<PgCursor>(RunStatement(Translate(sql)), 0);
 }
 
 std::unique_ptr<Cursor> PgEngine::ReadRow(const std::string& table, const std::vector<DaoColumn>& columns,
