@@ -144,6 +144,35 @@ TEST_F(FileDialogs, ADriveAloneEndsTheDialogAsCancelWithTheDrive)
     EXPECT_EQ(std::string(named.GetPathName().GetString()), folder + "/plan.eld");
 }
 
+// A user who keeps to the keyboard: the system's OK and Cancel are hidden,
+// yet Enter in the name field opens the file and Esc cancels.
+TEST_F(FileDialogs, EnterAndEscWorkWithTheSystemButtonsHidden)
+{
+    vxtest::TempDir dir;
+    dir.Write("plan.eld", "x");
+    const std::string folder = dir.Path();
+    Driven<CVxFileDialog> typed(TRUE);
+    typed.m_ofn.lpstrInitialDir = folder.c_str();
+    typed.steps.push_back([&](auto& d) {
+        CWnd* field = d.FrameItem(edt1);
+        field->SetFocus();
+        vxtest::Type("plan.eld");
+        vxtest::Key(VK_RETURN, vxtest::kNone, field);
+    });
+    EXPECT_EQ(typed.DoModal(), IDOK);
+    EXPECT_EQ(std::string(typed.GetPathName().GetString()), folder + "/plan.eld");
+
+    Driven<KDateiVorschauDlg> escaped(TRUE);
+    escaped.m_bVorschau = 0;
+    escaped.m_ofn.lpstrInitialDir = folder.c_str();
+    escaped.steps.push_back([&](auto& d) {
+        CWnd* field = d.FrameItem(edt1);
+        field->SetFocus();
+        vxtest::Key(VK_ESCAPE, vxtest::kNone, field);
+    });
+    EXPECT_EQ(escaped.DoModal(), IDCANCEL);
+}
+
 TEST_F(FileDialogs, OptionsAreOfferedByCaptionAndReadBack)
 {
     Driven<KDateiOptionDlg> dlg(FALSE, "xml", nullptr, OFN_HIDEREADONLY, "XML (*.xml)|*.xml||");
