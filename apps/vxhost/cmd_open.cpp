@@ -3,13 +3,16 @@
 //   vxhost open                   AT opens the preview dialog on a sample
 //                                 project; IT draws the drawings' previews
 //   vxhost open --screenshot DIR  writes open-preview.png (a drawing, drawn
-//                                 by IT) and open-nopreview.png (a file
-//                                 nobody draws), then ends
+//                                 by IT), open-nopreview.png (a file
+//                                 nobody draws) and open-options.png (the
+//                                 save dialog with two options), then ends
 //
 // Like "partner", vxhost starts itself as AT through a link named "AT", in a
 // temporary directory with its own settings and window bus, and AT starts
 // IT as the suite does. Without a display (and with --screenshot) the
-// dialog is driven as a user would: a drawing is picked, then a text file.
+// dialogs are driven as a user would: a drawing is picked, the preview
+// turned off and on, a text file picked; in the save dialog an option is
+// turned on and a name typed.
 #include "democommand.h"
 
 #ifdef VXHOST_WITH_UI

@@ -57,7 +57,46 @@ QImage Shot(CWnd& frame, CWnd* preview)
     return image;
 }
 
-// The dialog seen from outside, as a user sees it.
+// A file dialog that, once it stands, hands itself to its driver.
+template <class Base>
+class Driven : public Base {
+public:
+    using Base::Base;
+    std::function<void()> m_drive;
+
+protected:
+    void OnInitDone() override
+    {
+        Base::OnInitDone();
+        if (m_drive)
+            this->PostMessage(kDriveMessage);
+    }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message != kDriveMessage)
+            return Base::WindowProc(message, wParam, lParam);
+        // Once: the drive pumps messages itself.
+        const std::function<void()> drive = std::move(m_drive);
+        m_drive = nullptr;
+        if (drive)
+            drive();
+        return 0;
+    }
+
+private:
+    static constexpr UINT kDriveMessage = WM_APP + 12;
+};
+
+void Save(const QImage& image, const std::string& shots, const char* name)
+{
+    if (shots.empty())
+        return;
+    const std::string file = shots + "/" + name;
+    if (image.save(QString::fromStdString(file)))
+        std::printf("wrote %s\n", file.c_str());
+}
+
+// The preview dialog seen from outside, as a user sees it.
 class Driver {
 public:
     Driver(KDateiVorschauDlg& dialog, std::string shots) : m_dialog(dialog), m_shots(std::move(shots)) {}
@@ -73,14 +112,15 @@ public:
             End();
             return;
         }
-        m_ok = Pick(*frame, *view, "Schalt.ELD", true) && m_ok;
-        m_ok = Pick(*frame, *view, "Liste.txt", false) && m_ok;
+        m_ok = Pick(*frame, *view, "Schalt.ELD", true, "open-preview.png") && m_ok;
+        m_ok = Toggle() && m_ok;
+        m_ok = Pick(*frame, *view, "Liste.txt", false, "open-nopreview.png") && m_ok;
         End();
     }
     bool Ok() const { return m_ok; }
 
 private:
-    bool Pick(CWnd& frame, QFileDialog& view, const char* name, bool drawn)
+    bool Pick(CWnd& frame, QFileDialog& view, const char* name, bool drawn, const char* shot)
     {
         Line(std::string("picks ") + name);
         view.selectFile(QString::fromLatin1(name));
@@ -97,12 +137,27 @@ private:
         vx::ProcessUiEvents(200);
         Line(drawn ? (got ? "IT drew the preview" : "no preview came from IT")
                    : (got ? "nobody draws it: the preview says so" : "the preview did not change"));
-        if (!m_shots.empty()) {
-            const std::string file = m_shots + (drawn ? "/open-preview.png" : "/open-nopreview.png");
-            if (Shot(frame, &preview).save(QString::fromStdString(file)))
-                std::printf("wrote %s\n", file.c_str());
-        }
+        Save(Shot(frame, &preview), m_shots, shot);
         return got;
+    }
+    // The user turns the preview off with its check, and on again.
+    bool Toggle()
+    {
+        CWnd* check = m_dialog.GetDlgItem(vx::kVorschauCheckId);
+        KVorschauWnd& preview = m_dialog.m_Vorschau;
+        if (!check)
+            return false;
+        check->SendMessage(BM_CLICK);
+        const bool off = WaitUntil(2000, [&] { return !preview.IsWindowVisible(); });
+        Line(off ? "turns the preview off: its window goes" : "turned the preview off, but it stays");
+        // Shown again, the window asks IT anew: a new bitmap comes.
+        const HBITMAP before = preview.m_Vorschau.m_hBitmap;
+        check->SendMessage(BM_CLICK);
+        const bool on = WaitUntil(5000, [&] {
+            return preview.IsWindowVisible() && preview.m_Vorschau.m_hBitmap && preview.m_Vorschau.m_hBitmap != before;
+        });
+        Line(on ? "turns it on again: IT draws it again" : "turned the preview on, but nothing came");
+        return off && on;
     }
     void End()
     {
@@ -115,34 +170,47 @@ private:
     bool m_ok = true;
 };
 
-// The preview dialog that, once it stands, hands itself to the driver.
-class DrivenDialog : public KDateiVorschauDlg {
-public:
-    using KDateiVorschauDlg::KDateiVorschauDlg;
-    std::function<void()> m_drive;
+CString Text(const char* utf8)
+{
+    return CString(vx::FromUtf8(utf8).c_str());
+}
 
-protected:
-    void OnInitDone() override
-    {
-        KDateiVorschauDlg::OnInitDone();
-        if (m_drive)
-            PostMessage(kDriveMessage);
+// The save dialog with two options, as AT exports a list: the user turns
+// the second option on, names the file and saves. True when it was saved
+// with both options on (or, run by a person, whatever was chosen).
+bool RunOptionDialog(const CString& folder, const std::string& shots, bool drive)
+{
+    Driven<KDateiOptionDlg> dialog(FALSE, "xml", nullptr, OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY,
+                                   "XML (*.xml)|*.xml||");
+    dialog.m_ofn.lpstrInitialDir = folder.GetString();
+    dialog.m_strOption1 = Text("Z listą części");
+    dialog.m_strOption2 = Text("Otwórz po zapisaniu");
+    dialog.m_nOption1 = 1;
+    if (drive) {
+        dialog.m_drive = [&] {
+            CWnd* frame = dialog.GetParent();
+            Line("turns on \"" + dialog.m_strOption2.StdString() + "\" and names the file Export");
+            if (CWnd* second = dialog.GetDlgItem(vx::kVorschauCheckId))
+                second->SendMessage(BM_CLICK);
+            if (CWnd* field = frame ? frame->GetDlgItem(edt1) : nullptr)
+                field->SetWindowText("Export");
+            vx::ProcessUiEvents(200);
+            if (frame)
+                Save(Shot(*frame, nullptr), shots, "open-options.png");
+            if (CWnd* ok = dialog.GetDlgItem(vx::kSkinOkId))
+                ok->SendMessage(BM_CLICK);
+        };
     }
-    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
-    {
-        if (message != kDriveMessage)
-            return KDateiVorschauDlg::WindowProc(message, wParam, lParam);
-        // Once: the drive pumps messages itself.
-        const std::function<void()> drive = std::move(m_drive);
-        m_drive = nullptr;
-        if (drive)
-            drive();
-        return 0;
+    Line("opens the save dialog with two options");
+    const INT_PTR result = dialog.DoModal();
+    if (result != IDOK) {
+        Line("cancelled");
+        return !drive;
     }
-
-private:
-    static constexpr UINT kDriveMessage = WM_APP + 12;
-};
+    Line("saves as " + dialog.GetFileName().StdString() + " with the options " + std::to_string(dialog.m_nOption1) +
+         " and " + std::to_string(dialog.m_nOption2));
+    return !drive || (dialog.GetFileName() == "Export.xml" && dialog.m_nOption1 == 1 && dialog.m_nOption2 == 1);
+}
 
 } // namespace
 
@@ -156,7 +224,7 @@ int RunOpenDialog(const std::string& project, const std::string& shots)
     const HWND it = KProcessIO::ActivatePartner(MainframeIT, 0);
     Line(it ? "started IT, which draws the previews of drawings" : "IT could not be started");
     const CString text = vx::PathTextFromHost(project).c_str();
-    DrivenDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    Driven<KDateiVorschauDlg> dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
     dialog.m_ofn.lpstrInitialDir = text.GetString();
     const bool drive = !shots.empty() || !vx::HasDisplay();
     Driver driver(dialog, shots);
@@ -166,7 +234,8 @@ int RunOpenDialog(const std::string& project, const std::string& shots)
     const INT_PTR result = dialog.DoModal();
     if (!drive)
         Line(result == IDOK ? "chose " + dialog.GetPathName().StdString() : std::string("cancelled"));
-    return it && (!drive || driver.Ok()) ? 0 : 1;
+    const bool saved = RunOptionDialog(text, shots, drive);
+    return it && (!drive || driver.Ok()) && saved ? 0 : 1;
 }
 
 } // namespace vxhost

@@ -33,8 +33,9 @@ vx::DialogTemplate VorschauDlgTemplate()
     // One row of checks below the system part; the skin buttons are hidden
     // until the frame's first look places them over the system's own.
     vx::DialogTemplate t("", 0, 0, 300, 22, WS_CHILD | DS_CONTROL | DS_SETFONT);
-    t.CheckBox(Text("&Podgląd"), vx::kVorschauCheckId, 7, 4, 70, 10)
-        .CheckBox(Text("&Tylko do odczytu"), vx::kReadOnlyCheckId, 84, 4, 100, 10)
+    // Wide enough for the captions KDateiOptionDlg's callers give them.
+    t.CheckBox(Text("&Podgląd"), vx::kVorschauCheckId, 7, 4, 100, 10)
+        .CheckBox(Text("&Tylko do odczytu"), vx::kReadOnlyCheckId, 112, 4, 100, 10)
         .Control("OK", vx::kSkinOkId, "Button", BS_PUSHBUTTON | WS_TABSTOP, 0, 0, 50, 14)
         .Control(Text("Anuluj"), vx::kSkinCancelId, "Button", BS_PUSHBUTTON | WS_TABSTOP, 0, 0, 50, 14);
     for (vx::DialogItem& item : t.items) {

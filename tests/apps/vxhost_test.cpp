@@ -229,7 +229,8 @@ TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
 }
 
 // Two programs: AT's dialog shows the drawing that the IT process draws,
-// and "no preview" for a file nobody draws; both end with the dialog.
+// and "no preview" for a file nobody draws; then the save dialog with two
+// options. Both programs end with the dialogs.
 TEST(Vxhost, OpenShowsTheDrawingOfTheRealITBesideTheDialog)
 {
     vxtest::TempDir shots;
@@ -238,7 +239,11 @@ TEST(Vxhost, OpenShowsTheDrawingOfTheRealITBesideTheDialog)
     EXPECT_TRUE(Shows(run, "[IT] preview of ")) << run.output;
     EXPECT_TRUE(Shows(run, "[AT] IT drew the preview")) << run.output;
     EXPECT_TRUE(Shows(run, "[AT] nobody draws it: the preview says so")) << run.output;
-    for (const char* name : {"open-preview.png", "open-nopreview.png"})
+    // Turned off and on by its check, the preview is drawn anew.
+    EXPECT_TRUE(Shows(run, "[AT] turns it on again: IT draws it again")) << run.output;
+    // The save dialog's options are read back after OK.
+    EXPECT_TRUE(Shows(run, "[AT] saves as Export.xml with the options 1 and 1")) << run.output;
+    for (const char* name : {"open-preview.png", "open-nopreview.png", "open-options.png"})
         EXPECT_GT(std::filesystem::file_size(shots.Path() + "/" + name), 1000u) << name;
 }
 

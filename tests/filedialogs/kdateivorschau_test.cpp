@@ -3,6 +3,7 @@
 // dies in the middle of drawing, or does not know the message.
 #include "process/linktest.h"
 #include "previewpainter.h"
+#include "support/printers.h"
 #include "support/scopedenv.h"
 #include "uisupport/uitest.h"
 
@@ -442,6 +443,65 @@ TEST_F(PreviewTest, TheOpenDialogShowsTheDrawingITDraws)
         for (int x = 0; x + noPreview.width() <= none.width() && !found; ++x)
             found = Holds(none, noPreview, x, y);
     EXPECT_TRUE(found);
+}
+
+// The user turns the preview off and on with the dialog's check, and makes
+// the dialog larger: the preview and the skin buttons follow its edge.
+TEST_F(PreviewTest, TheUserTurnsThePreviewOffAndOnAndItFollowsTheDialog)
+{
+    ASSERT_NE(StartIt("draw").window, nullptr);
+    vxtest::TempDir project;
+    project.Write("Schalt.ELD", "x");
+    const std::string folder = project.Path();
+    PreviewDialog dlg(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    dlg.m_ofn.lpstrInitialDir = folder.c_str();
+    bool hiddenByCheck = false;
+    int flagWhenOff = -1;
+    bool drawnAgain = false;
+    CRect systemOk, skinOk, skinCancel, frameBefore, frameAfter, previewAfter, okAfter;
+    dlg.step = [&](PreviewDialog& d) {
+        CWnd* frame = d.GetParent();
+        QFileDialog* view = vx::WidgetOfWindow(frame->GetDlgItem(lst1))->findChild<QFileDialog*>();
+        ASSERT_NE(view, nullptr);
+        view->selectFile(QStringLiteral("Schalt.ELD"));
+        KVorschauWnd& preview = d.m_Vorschau;
+        ASSERT_TRUE(PumpUntil([&] { return preview.m_hWnd && preview.m_Vorschau.m_hBitmap; }));
+        frame->GetDlgItem(IDOK)->GetWindowRect(&systemOk);
+        d.GetDlgItem(vx::kSkinOkId)->GetWindowRect(&skinOk);
+        d.GetDlgItem(vx::kSkinCancelId)->GetWindowRect(&skinCancel);
+        frame->GetWindowRect(&frameBefore);
+
+        CWnd& check = *d.GetDlgItem(vx::kVorschauCheckId);
+        vxtest::Click(check, 4, 4);
+        hiddenByCheck = PumpUntil([&] { return !preview.IsWindowVisible(); });
+        flagWhenOff = KDateiVorschau::s_GlobalOnOff;
+        // Shown again, the window asks IT anew: a new bitmap comes.
+        const HBITMAP before = preview.m_Vorschau.m_hBitmap;
+        vxtest::Click(check, 4, 4);
+        drawnAgain = PumpUntil([&] {
+            return preview.IsWindowVisible() && preview.m_Vorschau.m_hBitmap && preview.m_Vorschau.m_hBitmap != before;
+        });
+
+        frame->MoveWindow(frameBefore.left, frameBefore.top, frameBefore.Width() + 80, frameBefore.Height() + 40);
+        vx::ProcessUiEvents(100);
+        frame->GetWindowRect(&frameAfter);
+        preview.GetWindowRect(&previewAfter);
+        d.GetDlgItem(vx::kSkinOkId)->GetWindowRect(&okAfter);
+        vxtest::Click(*d.GetDlgItem(vx::kSkinCancelId), 4, 4);
+    };
+    EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    // The skin buttons cover the hidden system ones, 7 pixels wider.
+    EXPECT_EQ(skinOk, CRect(systemOk.left - 7, systemOk.top, systemOk.right, systemOk.bottom));
+    EXPECT_EQ(skinOk.left, frameBefore.right - 99);
+    EXPECT_EQ(skinOk.top, frameBefore.bottom - 108);
+    EXPECT_EQ(skinCancel.top, frameBefore.bottom - 78);
+    EXPECT_TRUE(hiddenByCheck);
+    EXPECT_EQ(flagWhenOff, 0);
+    EXPECT_TRUE(drawnAgain);
+    EXPECT_EQ(KDateiVorschau::s_GlobalOnOff, 1);
+    EXPECT_EQ(previewAfter.left, frameAfter.right);
+    EXPECT_EQ(previewAfter.Height(), frameAfter.Height());
+    EXPECT_EQ(okAfter.TopLeft(), CPoint(frameAfter.right - 99, frameAfter.bottom - 108));
 }
 
 } // namespace
