@@ -115,7 +115,7 @@ void MainFrame::Build(const char* stem)
     RecalcLayout();
 }
 
-void MainFrame::BuildToolBar(CToolBar& bar, UINT id, const char* title, const UINT* commands, int count,
+void MainFrame::BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count,
                              int firstImage)
 {
     bar.CreateEx(this, TBSTYLE_FLAT, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_GRIPPER | CBRS_TOOLTIPS | CBRS_FLYBY,
@@ -148,6 +148,18 @@ void MainFrame::ShowPaneTip()
     vx::AdvanceManualClock(510);
     vx::PumpMessages();
     vx::UseManualClock(false);
+}
+
+void MainFrame::ShowSampleStates()
+{
+    m_mainBar.SendMessage(TB_CHECKBUTTON, ID_UNDO, TRUE);
+    m_mainBar.SendMessage(TB_ENABLEBUTTON, ID_PASTE, FALSE);
+    CRect button;
+    m_mainBar.GetItemRect(m_mainBar.CommandToIndex(ID_OPEN), &button);
+    m_mainBar.ClientToScreen(&button);
+    SetCursorPos(button.CenterPoint().x, button.CenterPoint().y);
+    m_mainBar.Invalidate();
+    m_mainBar.UpdateWindow();
 }
 
 BOOL MainFrame::PreTranslateMessage(MSG* msg)

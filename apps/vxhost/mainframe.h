@@ -22,7 +22,11 @@ public:
     void Build(const char* stem);
     // Shows the two-page tooltip over the pane, as if the mouse rested there.
     void ShowPaneTip();
-    CToolBar& FloatingBar() { return m_drawBar; }
+    // A checked and a disabled button on the docked bar and the cursor on
+    // the first one, for pictures.
+    void ShowSampleStates();
+    CNewToolBar& FloatingBar() { return m_drawBar; }
+    CNewToolBar& MainBar() { return m_mainBar; }
     CVXToolTipCtrl& PaneTip() { return m_tip; }
     CMenuBar& MenuBar() { return m_menuBar; }
 
@@ -37,11 +41,11 @@ private:
     protected:
         void OnPaint() override;
     };
-    void BuildToolBar(CToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
+    void BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
 
     CMenuBar m_menuBar;
-    CToolBar m_mainBar;
-    CToolBar m_drawBar;
+    CNewToolBar m_mainBar;
+    CNewToolBar m_drawBar;
     Pane m_pane;
     CVXToolTipCtrl m_tip;
     CImageList m_images;
