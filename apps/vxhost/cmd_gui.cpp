@@ -287,6 +287,9 @@ int DrawModeShots(const std::string& dir, vxhost::MainFrame& shown)
         frame.ShowSampleStates();
         vx::ProcessUiEvents();
         rc |= SaveWindow(frame, dir, "frame-mode-" + std::to_string(mode));
+        CDockBar* side = frame.FloatingBar().m_pDockBar;
+        if (CWnd* mini = side ? side->GetParent() : nullptr)
+            rc |= SaveWindow(*mini, dir, "floating-bar-mode-" + std::to_string(mode));
         frame.DestroyWindow();
     }
     CNewMenu::SetMenuDrawMode(saved);

@@ -494,7 +494,8 @@ void CNewToolBar::OnPaint()
     }
     const int thick = dark == light ? 1 : 2;
     const bool floating = IsFloating() != FALSE;
-    const bool horzDocked = !floating && (m_dwStyle & CBRS_ORIENT_HORZ);
+    // A floating bar lies in rows, as one docked at the top or bottom.
+    const bool across = floating || (m_dwStyle & CBRS_ORIENT_HORZ);
     CRect previous(0, 0, 0, 0);
     for (int i = 0; i < count; ++i) {
         TBBUTTON b{};
@@ -505,7 +506,7 @@ void CNewToolBar::OnPaint()
         SendMessage(TB_GETITEMRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&r));
         if (b.fsStyle & TBSTYLE_SEP) {
             const bool wrapped = (b.fsState & TBSTATE_WRAP) != 0;
-            if ((!wrapped || !floating) && horzDocked) {
+            if ((!wrapped || !floating) && across) {
                 dc.Draw3dRect(r.left + r.Width() / 2 - 1, r.top + 3, thick, r.Height() - 6, dark, light);
             } else if (wrapped && floating) {
                 const int y = r.top + (r.Height() - thick) / 2;

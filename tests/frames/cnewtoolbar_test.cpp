@@ -289,3 +289,27 @@ TEST(NewToolBarPaint, GrayBlendAndCorners)
     memory.SelectObject(old);
     DeleteObject(bitmap->m_hObject);
 }
+
+TEST_F(NewToolBarTest, SeparatorsAreRulesAcrossTheBarsDirection)
+{
+    const COLORREF rule = DarkenColor(40, CNewMenu::GetMenuBarColorXP());
+    CNewToolBar& b = Build(CNewMenu::STYLE_XP);
+    frame.FloatControlBar(&b, CPoint(100, 100));
+    ASSERT_TRUE(b.IsFloating());
+    CRect sep = Button(2);
+    QImage shot = Shot();
+    const int x = sep.left + sep.Width() / 2 - 1;
+    EXPECT_PIXEL(shot, x, sep.top + 3, rule) << "a floating row: upright";
+    EXPECT_PIXEL(shot, x, sep.bottom - 4, rule);
+    EXPECT_FALSE(vxtest::PixelIs(shot, x, sep.bottom - 2, rule));
+
+    frame.DockControlBar(&b, AFX_IDW_DOCKBAR_LEFT);
+    frame.RecalcLayout();
+    const CRect above = Button(1);
+    sep = Button(2);
+    shot = Shot();
+    const int y = above.bottom + (sep.bottom - above.bottom - 1) / 2;
+    EXPECT_PIXEL(shot, sep.left + 3, y, rule) << "a column: across";
+    EXPECT_FALSE(vxtest::PixelIs(shot, sep.left + sep.Width() / 2 - 1, sep.top + 3, rule) &&
+                 vxtest::PixelIs(shot, sep.left + sep.Width() / 2 - 1, sep.top + 5, rule));
+}
