@@ -3,6 +3,7 @@
 // drive answer, Cancel, and the options read back.
 #include "look/designtest.h"
 
+#include "base/vxglobals.h"
 #include "filedialogs/cvxfiledialog.h"
 #include "filedialogs/kdateioptiondlg.h"
 #include "filedialogs/kdateivorschaudlg.h"
@@ -12,6 +13,8 @@
 #include "support/printers.h"
 #include "support/tempdir.h"
 
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <string>
@@ -201,6 +204,28 @@ TEST_F(FileDialogs, ThePreviewDialogsReadOnlyCheckIsReadBack)
         EXPECT_EQ(checked, given ? 1u : 0u);
         EXPECT_EQ((dlg.m_ofn.Flags & OFN_READONLY) != 0, !given);
     }
+}
+
+// The program that opens a type: asked with an empty file of the type made
+// beside the suite's settings, which is gone afterwards.
+TEST(GetFileExtShell, NamesTheDesktopsProgramOfTheTypeAndLeavesNoFile)
+{
+    const vxtest::TempDir& home = vxtest::DataHome();
+    home.MakeDir("applications");
+    home.Write("applications/vxtest-viewer.desktop",
+               "[Desktop Entry]\nType=Application\nName=Drawing viewer\nExec=true %f\nMimeType=image/vnd.dxf;\n");
+    home.Write("applications/mimeapps.list", "[Default Applications]\nimage/vnd.dxf=vxtest-viewer.desktop\n");
+    vxtest::TempDir settings;
+    char kept[sizeof g_vexalprofiledir];
+    std::memcpy(kept, g_vexalprofiledir, sizeof kept);
+    std::snprintf(g_vexalprofiledir, sizeof g_vexalprofiledir, "%s/vexal.ini", settings.Path().c_str());
+    const CString viewer = CVxFileDialog::GetFileExtShell("dxf");
+    const CString nobody = CVxFileDialog::GetFileExtShell("qqqzz");
+    std::memcpy(g_vexalprofiledir, kept, sizeof kept);
+    EXPECT_TRUE(viewer.Right(5) == "/true") << viewer.GetString();
+    EXPECT_EQ(nobody, CString());
+    EXPECT_FALSE(settings.Exists("@@@temp.dxf"));
+    EXPECT_FALSE(settings.Exists("@@@temp.qqqzz"));
 }
 
 TEST_F(FileDialogs, OptionsAreOfferedByCaptionAndReadBack)

@@ -459,6 +459,8 @@ TEST_F(PreviewTest, TheOpenDialogShowsTheDrawingITDraws)
         frame->SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0);
     };
     EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    // The preview goes with the dialog.
+    EXPECT_FALSE(dlg.m_Vorschau.m_hWnd && dlg.m_Vorschau.IsWindowVisible());
     // The preview stands at the dialog's right, as tall as the dialog.
     EXPECT_EQ(previewRect.left, frameRect.right);
     // Centred over AT's small frame, the dialog still stands on the screen.
