@@ -1,6 +1,7 @@
 // The main window of a program of the suite in the sample host: a frame with
 // the library's menu bar, two tool bars (one docked, one floating) with
-// tooltips, a pane and the library's own tooltip over it.
+// tooltips, two child frames with a drawing each and the library's own
+// tooltip over the first.
 #pragma once
 
 #ifdef VXHOST_WITH_UI
@@ -12,7 +13,7 @@
 
 namespace vxhost {
 
-class MainFrame : public CFrameWnd {
+class MainFrame : public CMDIFrameWnd {
 public:
     // Called by the "Przyciski" command of the View menu.
     std::function<void()> showButtons;
@@ -46,7 +47,9 @@ private:
     CMenuBar m_menuBar;
     CNewToolBar m_mainBar;
     CNewToolBar m_drawBar;
-    Pane m_pane;
+    // Two drawings, each in a child frame of the MDI client.
+    Pane m_panes[2];
+    CMDIChildWnd m_children[2];
     CVXToolTipCtrl m_tip;
     CImageList m_images;
 };

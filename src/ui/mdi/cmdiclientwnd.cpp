@@ -14,6 +14,13 @@ namespace {
 // The Window menu lists this many children; the platform's limit.
 constexpr int kListed = 9;
 
+// Shown among its siblings: a frame still hidden while it is built places
+// and lists its children all the same.
+bool Shown(const CWnd* w)
+{
+    return (w->GetStyle() & WS_VISIBLE) != 0;
+}
+
 } // namespace
 
 HWND MakeMdiClient(CMDIFrameWnd& frame, HMENU windowMenu)
@@ -121,7 +128,7 @@ void CMDIClientWnd::RemoveChild(CMDIChildWnd* child)
         // The next in z-order takes over.
         CMDIChildWnd* next = nullptr;
         for (CWnd* w = GetWindow(GW_CHILD); w && !next; w = w->GetWindow(GW_HWNDNEXT)) {
-            if (w != child && w->IsWindowVisible())
+            if (w != child && Shown(w))
                 next = ChildOf(w->m_hWnd);
         }
         if (next) {
@@ -174,7 +181,7 @@ std::vector<CMDIChildWnd*> CMDIClientWnd::Arrangeable() const
         order.push_back(w);
     for (auto it = order.rbegin(); it != order.rend(); ++it) {
         CMDIChildWnd* c = ChildOf((*it)->m_hWnd);
-        if (c && c->IsWindowVisible() && !c->IsIconic())
+        if (c && Shown(c) && !c->IsIconic())
             out.push_back(c);
     }
     return out;
@@ -300,7 +307,7 @@ void CMDIClientWnd::Next(bool previous)
     // one left goes to the bottom, so that repeating walks through all.
     std::vector<CMDIChildWnd*> order;
     for (CWnd* w = GetWindow(GW_CHILD); w; w = w->GetWindow(GW_HWNDNEXT)) {
-        if (CMDIChildWnd* c = ChildOf(w->m_hWnd); c && c->IsWindowVisible())
+        if (CMDIChildWnd* c = ChildOf(w->m_hWnd); c && Shown(c))
             order.push_back(c);
     }
     if (order.size() < 2)
@@ -362,7 +369,7 @@ void CMDIClientWnd::UpdateWindowMenu()
         DeleteMenu(menu, static_cast<UINT>(count - 1), MF_BYPOSITION);
     std::vector<CMDIChildWnd*> shown;
     for (CMDIChildWnd* c : m_children) {
-        if (c->m_hWnd && c->IsWindowVisible())
+        if (c->m_hWnd && Shown(c))
             shown.push_back(c);
     }
     if (shown.empty())
@@ -449,7 +456,7 @@ LRESULT CMDIClientWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         if (id >= AFX_IDM_FIRST_MDICHILD && id < AFX_IDM_FIRST_MDICHILD + kListed) {
             std::vector<CMDIChildWnd*> shown;
             for (CMDIChildWnd* c : m_children) {
-                if (c->m_hWnd && c->IsWindowVisible())
+                if (c->m_hWnd && Shown(c))
                     shown.push_back(c);
             }
             const size_t n = id - AFX_IDM_FIRST_MDICHILD;

@@ -292,6 +292,22 @@ TEST(Mdi, CascadeAndTilePlaceTheChildrenInTheClient)
     EXPECT_EQ(area, static_cast<long>(client.Width()) * client.Height());
 }
 
+TEST(Mdi, AFrameBuiltHiddenPlacesAndListsItsChildren)
+{
+    Mdi m;
+    m.Make();
+    m.frame.ShowWindow(SW_HIDE);
+    Child a;
+    Child b;
+    ASSERT_TRUE(a.Create(nullptr, "A", WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), &m.frame));
+    ASSERT_TRUE(b.Create(nullptr, "B", WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), &m.frame));
+    m.frame.MDITile(MDITILE_VERTICAL);
+    const CRect client = m.ClientRect();
+    EXPECT_EQ(InClient(b), CRect(0, 0, client.right / 2, client.bottom));
+    EXPECT_EQ(InClient(a), CRect(client.right / 2, 0, client.right, client.bottom));
+    EXPECT_EQ(m.WindowEntries(), (std::vector<std::string>{"&1 A", "*&2 B"}));
+}
+
 TEST(Mdi, InitialUpdateReachesEveryDescendant)
 {
     Mdi m;
