@@ -13,6 +13,7 @@
 #include "menus/cnewmenu.h"
 #include "platform/windows/cframewnd.h"
 #include "ui/bars/cminidockframewnd.h"
+#include "ui/mdi/cmdichildwnd.h"
 #include "vxbase_ui_export.h"
 
 #include <functional>
@@ -74,6 +75,8 @@ protected:
 class VXBASE_UI_EXPORT CNewFrameWnd : public CNewFrame<CFrameWnd> {};
 
 class VXBASE_UI_EXPORT CNewMiniDockFrameWnd : public CNewFrame<CMiniDockFrameWnd> {};
+
+class VXBASE_UI_EXPORT CNewMDIChildWnd : public CNewFrame<CMDIChildWnd> {};
 
 class VXBASE_UI_EXPORT CNewMDIFrameWnd : public CNewFrame<CMDIFrameWnd> {
 public:

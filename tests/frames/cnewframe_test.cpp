@@ -91,3 +91,20 @@ TEST(NewFrame, MdiFrameHidesItsMenuAndShowsItAgain)
     ::SetMenu(frame.m_hWnd, nullptr);
     DestroyMenu(menu);
 }
+
+TEST(NewFrame, MdiChildHoldsItsOwnSystemMenu)
+{
+    CNewMDIFrameWnd frame;
+    ASSERT_TRUE(frame.CreateEx("Frame", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 400, 300)));
+    ASSERT_TRUE(frame.CreateClient());
+    CNewMDIChildWnd child;
+    child.m_bAutoDelete = false;
+    ASSERT_TRUE(child.Create(nullptr, "Rysunek 1", WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), &frame));
+    EXPECT_EQ(frame.MDIGetActive(), &child);
+    ASSERT_NE(child.m_SystemNewMenu.m_hMenu, nullptr);
+    EXPECT_EQ(child.m_SystemNewMenu.m_hMenu, GetSystemMenu(child.m_hWnd, FALSE));
+    EXPECT_NE(child.m_SystemNewMenu.m_hMenu, frame.m_SystemNewMenu.m_hMenu);
+    child.DestroyWindow();
+    EXPECT_EQ(child.m_SystemNewMenu.m_hMenu, nullptr) << "let go with the window";
+    frame.DestroyWindow();
+}
