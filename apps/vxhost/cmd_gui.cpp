@@ -265,6 +265,38 @@ int Screenshots(const std::string& dir)
     return n ? 0 : 1;
 }
 
+// The frame once per menu draw mode (a bar's style is fixed when it is
+// made, so each mode gets a frame of its own), with the cursor resting on
+// a button of the docked bar so that its hot look shows.
+int DrawModeShots(const std::string& dir, vxhost::MainFrame& shown)
+{
+    const UINT saved = CNewMenu::GetMenuDrawMode();
+    CRect place;
+    shown.GetWindowRect(&place);
+    shown.ShowWindow(SW_HIDE);
+    int rc = 0;
+    for (UINT mode = 0; mode < 10; ++mode) {
+        CNewMenu::SetMenuDrawMode(mode);
+        vxhost::MainFrame frame;
+        frame.Build(g_MainframeType == MainframeIT ? "IT" : "AT");
+        frame.MoveWindow(&place);
+        frame.ShowWindow(SW_SHOW);
+        frame.RecalcLayout();
+        frame.SetActiveWindow();
+        frame.SetFocus();
+        frame.ShowSampleStates();
+        vx::ProcessUiEvents();
+        rc |= SaveWindow(frame, dir, "frame-mode-" + std::to_string(mode));
+        CDockBar* side = frame.FloatingBar().m_pDockBar;
+        if (CWnd* mini = side ? side->GetParent() : nullptr)
+            rc |= SaveWindow(*mini, dir, "floating-bar-mode-" + std::to_string(mode));
+        frame.DestroyWindow();
+    }
+    CNewMenu::SetMenuDrawMode(saved);
+    shown.ShowWindow(SW_SHOW);
+    return rc;
+}
+
 int RunFrame(const std::string& shots)
 {
     vx::InitUi();
@@ -298,6 +330,7 @@ int RunFrame(const std::string& shots)
             if (CWnd* mini = side ? side->GetParent() : nullptr)
                 SaveWindow(*mini, shots, "floating-bar");
             SaveWindow(frame.PaneTip(), shots, "two-page-tip");
+            rc |= DrawModeShots(shots, frame);
         } else if (!vx::HasDisplay()) {
             // Nobody could close a window that is not seen.
             vx::ProcessUiEvents();

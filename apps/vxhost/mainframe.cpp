@@ -13,7 +13,7 @@ namespace {
 
 enum : UINT {
     ID_NEW = 0x8000, ID_OPEN, ID_SAVE, ID_PRINT, ID_CUT, ID_COPY, ID_PASTE, ID_UNDO, ID_LINE, ID_RECT, ID_CIRCLE,
-    ID_TEXT, ID_ZOOM, ID_BUTTONS, ID_EXIT, ID_ABOUT, ID_CASCADE, ID_TILE
+    ID_TEXT, ID_ZOOM, ID_BUTTONS, ID_EXIT, ID_ABOUT
 };
 
 struct Command {
@@ -74,8 +74,6 @@ void MainFrame::Build(const char* stem)
     CString title;
     title.Format("%s %s", GetString(6706).GetString(), stem);
     CreateEx(title, "VxHostMainFrame", WS_OVERLAPPEDWINDOW, CRect(60, 60, 860, 620));
-    m_pane.CreateEx("", "VxHostPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), this, AFX_IDW_PANE_FIRST,
-                    WS_EX_CLIENTEDGE);
     EnableDocking(CBRS_ALIGN_ANY);
 
     HMENU menu = CreateMenu();
@@ -91,8 +89,9 @@ void MainFrame::Build(const char* stem)
     AppendMenuA(menu, MF_POPUP,
                 reinterpret_cast<UINT_PTR>(Popup({{ID_ZOOM, "&Powi\xEAkszenie"}, {ID_BUTTONS, "P&rzyciski"}})),
                 "&Widok");
-    AppendMenuA(menu, MF_POPUP,
-                reinterpret_cast<UINT_PTR>(Popup({{ID_CASCADE, "&Kaskada"}, {ID_TILE, "&S\xB9" "siaduj\xB9" "co"}})), "&Okno");
+    HMENU windows = Popup({{ID_WINDOW_CASCADE, "&Kaskada"}, {ID_WINDOW_TILE_HORZ, "&S\xB9" "siaduj\xB9" "co"},
+                           {ID_WINDOW_TILE_VERT, "&Obok siebie"}});
+    AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windows), "&Okno");
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(Popup({{ID_ABOUT, "&O programie..."}})), "Pomo&c");
     m_menuBar.Create(this, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_TOOLTIPS);
     m_menuBar.LoadMenu(menu, nullptr);
@@ -111,11 +110,25 @@ void MainFrame::Build(const char* stem)
     m_tip.Create(this);
     m_tip.SetMaxTipWidth(0);
     CRect drawing(40, 40, 300, 200);
-    m_tip.AddTool(&m_pane, "Rysunek 12: rozdzielnica g\xB3\xF3wna\rStrona 2 z 5, zmieniono 24.11.2026", &drawing, 1);
+    CreateClient(windows);
+    for (int i = 0; i < 2; ++i) {
+        CString name;
+        name.Format("Strona %d", i + 1);
+        m_children[i].m_bAutoDelete = false;
+        m_children[i].Create(nullptr, name, WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), this);
+        m_panes[i].CreateEx("", "VxHostPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), &m_children[i],
+                            AFX_IDW_PANE_FIRST, WS_EX_CLIENTEDGE);
+        m_children[i].RecalcLayout();
+    }
+    RecalcLayout();
+    MDIActivate(&m_children[0]);
+    // Side by side, so that both drawings show whole.
+    MDITile(MDITILE_VERTICAL);
+    m_tip.AddTool(&m_panes[0], "Rysunek 12: rozdzielnica g\xB3\xF3wna\rStrona 2 z 5, zmieniono 24.11.2026", &drawing, 1);
     RecalcLayout();
 }
 
-void MainFrame::BuildToolBar(CToolBar& bar, UINT id, const char* title, const UINT* commands, int count,
+void MainFrame::BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count,
                              int firstImage)
 {
     bar.CreateEx(this, TBSTYLE_FLAT, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_GRIPPER | CBRS_TOOLTIPS | CBRS_FLYBY,
@@ -144,10 +157,22 @@ void MainFrame::ShowPaneTip()
 {
     vx::UseManualClock(true);
     CPoint at(120, 90);
-    vx::DispatchInputMessage(m_pane, WM_MOUSEMOVE, 0, MAKELPARAM(at.x, at.y));
+    vx::DispatchInputMessage(m_panes[0], WM_MOUSEMOVE, 0, MAKELPARAM(at.x, at.y));
     vx::AdvanceManualClock(510);
     vx::PumpMessages();
     vx::UseManualClock(false);
+}
+
+void MainFrame::ShowSampleStates()
+{
+    m_mainBar.SendMessage(TB_CHECKBUTTON, ID_UNDO, TRUE);
+    m_mainBar.SendMessage(TB_ENABLEBUTTON, ID_PASTE, FALSE);
+    CRect button;
+    m_mainBar.GetItemRect(m_mainBar.CommandToIndex(ID_OPEN), &button);
+    m_mainBar.ClientToScreen(&button);
+    SetCursorPos(button.CenterPoint().x, button.CenterPoint().y);
+    m_mainBar.Invalidate();
+    m_mainBar.UpdateWindow();
 }
 
 BOOL MainFrame::PreTranslateMessage(MSG* msg)
@@ -155,7 +180,7 @@ BOOL MainFrame::PreTranslateMessage(MSG* msg)
     m_tip.RelayEvent(msg);
     if (m_menuBar.TranslateFrameMessage(msg))
         return TRUE;
-    return CFrameWnd::PreTranslateMessage(msg);
+    return CMDIFrameWnd::PreTranslateMessage(msg);
 }
 
 LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
@@ -184,12 +209,12 @@ LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     default:
         break;
     }
-    return CFrameWnd::WindowProc(message, wParam, lParam);
+    return CMDIFrameWnd::WindowProc(message, wParam, lParam);
 }
 
 void MainFrame::OnDestroy()
 {
-    CFrameWnd::OnDestroy();
+    CMDIFrameWnd::OnDestroy();
     if (quitOnClose)
         PostQuitMessage(0);
 }

@@ -1,6 +1,7 @@
 // The main window of a program of the suite in the sample host: a frame with
 // the library's menu bar, two tool bars (one docked, one floating) with
-// tooltips, a pane and the library's own tooltip over it.
+// tooltips, two child frames with a drawing each and the library's own
+// tooltip over the first.
 #pragma once
 
 #ifdef VXHOST_WITH_UI
@@ -12,7 +13,7 @@
 
 namespace vxhost {
 
-class MainFrame : public CFrameWnd {
+class MainFrame : public CMDIFrameWnd {
 public:
     // Called by the "Przyciski" command of the View menu.
     std::function<void()> showButtons;
@@ -22,7 +23,11 @@ public:
     void Build(const char* stem);
     // Shows the two-page tooltip over the pane, as if the mouse rested there.
     void ShowPaneTip();
-    CToolBar& FloatingBar() { return m_drawBar; }
+    // A checked and a disabled button on the docked bar and the cursor on
+    // the first one, for pictures.
+    void ShowSampleStates();
+    CNewToolBar& FloatingBar() { return m_drawBar; }
+    CNewToolBar& MainBar() { return m_mainBar; }
     CVXToolTipCtrl& PaneTip() { return m_tip; }
     CMenuBar& MenuBar() { return m_menuBar; }
 
@@ -37,12 +42,14 @@ private:
     protected:
         void OnPaint() override;
     };
-    void BuildToolBar(CToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
+    void BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
 
     CMenuBar m_menuBar;
-    CToolBar m_mainBar;
-    CToolBar m_drawBar;
-    Pane m_pane;
+    CNewToolBar m_mainBar;
+    CNewToolBar m_drawBar;
+    // Two drawings, each in a child frame of the MDI client.
+    Pane m_panes[2];
+    CMDIChildWnd m_children[2];
     CVXToolTipCtrl m_tip;
     CImageList m_images;
 };

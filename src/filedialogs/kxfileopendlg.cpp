@@ -87,7 +87,11 @@ KXFileOpenDlg::KXFileOpenDlg(FileFilter filter, const char* title, const char* f
     BindDlgItem(IDC_FILELIST, m_List);
 }
 
-KXFileOpenDlg::~KXFileOpenDlg() = default;
+KXFileOpenDlg::~KXFileOpenDlg()
+{
+    // The list is the process's, for the next dialog too.
+    m_Images.Detach();
+}
 
 HIMAGELIST KXFileOpenDlg::GetSystemImageListHandle()
 {
@@ -117,7 +121,8 @@ BOOL KXFileOpenDlg::OnInitDialog()
 {
     CDialog::OnInitDialog();
     SetDlgItemText(IDC_FOLDER, m_strFolder);
-    m_Images.Attach(GetSystemImageListHandle());
+    if (!m_Images.GetSafeHandle())
+        m_Images.Attach(GetSystemImageListHandle());
     m_List.SetImageList(&m_Images, LVSIL_SMALL);
     CRect client;
     m_List.GetClientRect(&client);

@@ -3,7 +3,7 @@
 #include "look/cbuttonst.h"
 #include "look/kskinbutton.h"
 #include "menus/cnewmenu.h"
-#include "menus/cnewtoolbar.h"
+#include "frames/cnewtoolbar.h"
 #include "menus/menucolors.h"
 #include "ui/controls/cbutton.h"
 #include "ui/dialogs/ccolordialog.h"

@@ -3,6 +3,7 @@
 // drive answer, Cancel, and the options read back.
 #include "look/designtest.h"
 
+#include "base/vxglobals.h"
 #include "filedialogs/cvxfiledialog.h"
 #include "filedialogs/kdateioptiondlg.h"
 #include "filedialogs/kdateivorschaudlg.h"
@@ -12,6 +13,8 @@
 #include "support/printers.h"
 #include "support/tempdir.h"
 
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <string>
@@ -142,6 +145,87 @@ TEST_F(FileDialogs, ADriveAloneEndsTheDialogAsCancelWithTheDrive)
     });
     EXPECT_EQ(named.DoModal(), IDOK);
     EXPECT_EQ(std::string(named.GetPathName().GetString()), folder + "/plan.eld");
+}
+
+// A user who keeps to the keyboard: the system's OK and Cancel are hidden,
+// yet Enter in the name field opens the file and Esc cancels.
+TEST_F(FileDialogs, EnterAndEscWorkWithTheSystemButtonsHidden)
+{
+    vxtest::TempDir dir;
+    dir.Write("plan.eld", "x");
+    const std::string folder = dir.Path();
+    Driven<CVxFileDialog> typed(TRUE);
+    typed.m_ofn.lpstrInitialDir = folder.c_str();
+    typed.steps.push_back([&](auto& d) {
+        CWnd* field = d.FrameItem(edt1);
+        field->SetFocus();
+        vxtest::Type("plan.eld");
+        vxtest::Key(VK_RETURN, vxtest::kNone, field);
+    });
+    EXPECT_EQ(typed.DoModal(), IDOK);
+    EXPECT_EQ(std::string(typed.GetPathName().GetString()), folder + "/plan.eld");
+
+    Driven<KDateiVorschauDlg> escaped(TRUE);
+    escaped.m_bVorschau = 0;
+    escaped.m_ofn.lpstrInitialDir = folder.c_str();
+    escaped.steps.push_back([&](auto& d) {
+        CWnd* field = d.FrameItem(edt1);
+        field->SetFocus();
+        vxtest::Key(VK_ESCAPE, vxtest::kNone, field);
+    });
+    EXPECT_EQ(escaped.DoModal(), IDCANCEL);
+}
+
+// Offered, the read-only check starts as the caller's flag says and the
+// user's choice comes back in the flags.
+TEST_F(FileDialogs, ThePreviewDialogsReadOnlyCheckIsReadBack)
+{
+    vxtest::TempDir dir;
+    dir.Write("Plan.0001", "x");
+    const std::string folder = dir.Path();
+    for (const bool given : {false, true}) {
+        SCOPED_TRACE(given);
+        Driven<KDateiVorschauDlg> dlg(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | (given ? OFN_READONLY : 0));
+        dlg.m_bVorschau = 0;
+        dlg.m_bReadOnly = 1;
+        dlg.m_ofn.lpstrInitialDir = folder.c_str();
+        bool shown = false;
+        UINT checked = 2;
+        dlg.steps.push_back([&](auto& d) {
+            CWnd* check = d.GetDlgItem(vx::kReadOnlyCheckId);
+            shown = check->IsWindowVisible();
+            checked = d.IsDlgButtonChecked(vx::kReadOnlyCheckId);
+            vxtest::Click(*check, 4, 4); // the user turns it over
+            d.FrameItem(edt1)->SetWindowText("Plan.0001");
+            vxtest::Click(*d.GetDlgItem(vx::kSkinOkId), 4, 4);
+        });
+        ASSERT_EQ(dlg.DoModal(), IDOK);
+        EXPECT_TRUE(shown);
+        EXPECT_EQ(checked, given ? 1u : 0u);
+        EXPECT_EQ((dlg.m_ofn.Flags & OFN_READONLY) != 0, !given);
+    }
+}
+
+// The program that opens a type: asked with an empty file of the type made
+// beside the suite's settings, which is gone afterwards.
+TEST(GetFileExtShell, NamesTheDesktopsProgramOfTheTypeAndLeavesNoFile)
+{
+    const vxtest::TempDir& home = vxtest::DataHome();
+    home.MakeDir("applications");
+    home.Write("applications/vxtest-viewer.desktop",
+               "[Desktop Entry]\nType=Application\nName=Drawing viewer\nExec=true %f\nMimeType=image/vnd.dxf;\n");
+    home.Write("applications/mimeapps.list", "[Default Applications]\nimage/vnd.dxf=vxtest-viewer.desktop\n");
+    vxtest::TempDir settings;
+    char kept[sizeof g_vexalprofiledir];
+    std::memcpy(kept, g_vexalprofiledir, sizeof kept);
+    std::snprintf(g_vexalprofiledir, sizeof g_vexalprofiledir, "%s/vexal.ini", settings.Path().c_str());
+    const CString viewer = CVxFileDialog::GetFileExtShell("dxf");
+    const CString nobody = CVxFileDialog::GetFileExtShell("qqqzz");
+    std::memcpy(g_vexalprofiledir, kept, sizeof kept);
+    EXPECT_TRUE(viewer.Right(5) == "/true") << viewer.GetString();
+    EXPECT_EQ(nobody, CString());
+    EXPECT_FALSE(settings.Exists("@@@temp.dxf"));
+    EXPECT_FALSE(settings.Exists("@@@temp.qqqzz"));
 }
 
 TEST_F(FileDialogs, OptionsAreOfferedByCaptionAndReadBack)

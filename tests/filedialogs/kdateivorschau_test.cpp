@@ -3,6 +3,7 @@
 // dies in the middle of drawing, or does not know the message.
 #include "process/linktest.h"
 #include "previewpainter.h"
+#include "filedialogs/kvorschauwnd.h"
 #include "support/printers.h"
 #include "support/scopedenv.h"
 #include "uisupport/uitest.h"
@@ -281,6 +282,38 @@ TEST_F(PreviewTest, ModeAndProgramChooseWhoDraws)
     EXPECT_EQ(host.seen.size(), 5u);
 }
 
+// The preview window picks who draws by the file: in AT the drawings of IT
+// (an extension beginning "ELD", "ARD", "MAT" or "frm", in any case) go to
+// IT; anything else to AT's main frame.
+TEST_F(PreviewTest, TheWindowAsksTheProgramThatDrawsTheFile)
+{
+    ASSERT_NE(StartIt("draw").window, nullptr);
+    Requests host;
+    vxhost::PartnerFrame::SetPreviewHost(&host);
+    Target parent(400, 300);
+    parent.ShowWindow(SW_SHOWNOACTIVATE);
+    KVorschauWnd window;
+    ASSERT_TRUE(window.Erstellen(&parent, nullptr, 0, vx::kVorschauRight, 0, 0));
+    const auto show = [&](const char* path) {
+        window.Anzeigen(path, nullptr, nullptr);
+        window.UpdateWindow();
+        vx::ProcessUiEvents(50);
+    };
+    for (const char* drawing : {"C:\\Projekte\\Demo\\Schalt.ELDX", "C:\\Projekte\\Demo\\klemmen.ard"}) {
+        SCOPED_TRACE(drawing);
+        show(drawing);
+        EXPECT_TRUE(linktest::PumpUntil([&] { return window.m_Vorschau.m_hBitmap != nullptr; }));
+        EXPECT_EQ(ReadBlock("VEXALIT_PREVIEW").path, std::string(drawing));
+    }
+    EXPECT_TRUE(host.seen.empty());
+    show("C:\\Projekte\\Demo\\Liste.txt");
+    EXPECT_TRUE(linktest::PumpUntil([&] { return !host.seen.empty(); }));
+    ASSERT_FALSE(host.seen.empty());
+    EXPECT_EQ(host.seen.front(), std::make_pair(vx::kVorschauLoad, std::string("C:\\Projekte\\Demo\\Liste.txt")));
+    EXPECT_EQ(window.m_Vorschau.m_hBitmap, nullptr);
+    window.DestroyWindow();
+}
+
 TEST_F(PreviewTest, BrushPaintsTheBackgroundFirst)
 {
     KDateiVorschau::s_BkColor = 0;
@@ -426,6 +459,8 @@ TEST_F(PreviewTest, TheOpenDialogShowsTheDrawingITDraws)
         frame->SendMessage(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), 0);
     };
     EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    // The preview goes with the dialog.
+    EXPECT_FALSE(dlg.m_Vorschau.m_hWnd && dlg.m_Vorschau.IsWindowVisible());
     // The preview stands at the dialog's right, as tall as the dialog.
     EXPECT_EQ(previewRect.left, frameRect.right);
     // Centred over AT's small frame, the dialog still stands on the screen.

@@ -105,3 +105,32 @@ TEST(KXFileOpenDlg, OnlyAListedFileCanBeChosen)
     EXPECT_TRUE(stayed);
     EXPECT_EQ(dlg.GetPathName(), CString());
 }
+
+// The desktop's icons are the process's: a dialog that has ended leaves
+// them to the next one.
+TEST(KXFileOpenDlg, TheIconsOutliveADialog)
+{
+    vxtest::TempDir dir;
+    dir.Write("a.eld", "x");
+    const std::string folder = dir.Path();
+    for (int round = 0; round < 2; ++round) {
+        SCOPED_TRACE(round);
+        Driven dlg(DrawingsOnly, "Open", folder.c_str(), nullptr, nullptr);
+        int icon = -2;
+        dlg.step = [&](Driven& d) {
+            LVITEM item{};
+            item.mask = LVIF_IMAGE;
+            item.iItem = 0;
+            d.List().GetItem(&item);
+            icon = item.iImage;
+            vxtest::Click(*d.GetDlgItem(IDCANCEL), 3, 3);
+        };
+        EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+        EXPECT_GE(icon, 0);
+        const HIMAGELIST list = KXFileOpenDlg::GetSystemImageListHandle();
+        EXPECT_LT(icon, ImageList_GetImageCount(list));
+        // A type not seen before still gets its icon.
+        const std::string other = folder + (round ? "/b.txt" : "/b.pdf");
+        EXPECT_GE(KXFileOpenDlg::GetFileIconIndex(other.c_str()), 0);
+    }
+}

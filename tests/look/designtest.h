@@ -12,7 +12,7 @@
 #include "look/cbuttonst.h"
 #include "look/kskinbutton.h"
 #include "menus/cnewmenu.h"
-#include "menus/cnewtoolbar.h"
+#include "frames/cnewtoolbar.h"
 #include "platform/screens/monitors.h"
 
 #include "support/tempdir.h"

@@ -2,7 +2,7 @@
 // is a plain side without one.
 #include "uisupport/uitest.h"
 
-#include "menus/cnewdockbar.h"
+#include "frames/cnewdockbar.h"
 #include "platform/windows/sysmetrics.h"
 #include "ui/gdi/cgdiobject.h"
 #include "ui/menus/winmenu.h"

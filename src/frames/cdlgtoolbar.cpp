@@ -1,4 +1,4 @@
-#include "menus/cdlgtoolbar.h"
+#include "frames/cdlgtoolbar.h"
 
 #include "platform/shell/resources.h"
 #include "ui/bars/ccmdui.h"

@@ -1,4 +1,4 @@
-#include "menus/cnewdockbar.h"
+#include "frames/cnewdockbar.h"
 
 #include "ui/gdi/cgdiobject.h"
 #include "ui/menus/winmenu.h"

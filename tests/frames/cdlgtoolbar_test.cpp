@@ -2,7 +2,7 @@
 // bar shows, and its tooltips carry the first line of each command's string.
 #include "uisupport/uitest.h"
 
-#include "menus/cdlgtoolbar.h"
+#include "frames/cdlgtoolbar.h"
 #include "platform/shell/resources.h"
 #include "ui/bars/ccmdui.h"
 

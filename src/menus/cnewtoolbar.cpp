@@ -1,3 +1,0 @@
-#include "menus/cnewtoolbar.h"
-
-int CNewToolBar::m_NewToolbar = 1;
