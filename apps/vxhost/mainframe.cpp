@@ -15,6 +15,11 @@ enum : UINT {
     ID_NEW = 0x8000, ID_OPEN, ID_SAVE, ID_PRINT, ID_CUT, ID_COPY, ID_PASTE, ID_UNDO, ID_LINE, ID_RECT, ID_CIRCLE,
     ID_TEXT, ID_ZOOM, ID_BUTTONS, ID_EXIT, ID_ABOUT
 };
+// The View menu's draw modes, one command each.
+constexpr UINT ID_STYLE_FIRST = 0x8100;
+const char* const kStyleNames[10] = {"&0 Oryginalny", "&1 Oryginalny bez ramki", "&2 XP", "&3 XP bez ramki",
+                                     "&4 Specjalny", "&5 Specjalny bez ramki", "&6 Lodowy", "&7 Lodowy bez ramki",
+                                     "&8 Office 2003", "&9 Office 2003 bez ramki"};
 
 struct Command {
     UINT id;
@@ -86,9 +91,14 @@ void MainFrame::Build(const char* stem)
                 reinterpret_cast<UINT_PTR>(Popup({{ID_UNDO, "&Cofnij"}, {0, nullptr}, {ID_CUT, "W&ytnij"},
                                                   {ID_COPY, "&Kopiuj"}, {ID_PASTE, "&Wklej"}})),
                 "&Edycja");
-    AppendMenuA(menu, MF_POPUP,
-                reinterpret_cast<UINT_PTR>(Popup({{ID_ZOOM, "&Powi\xEAkszenie"}, {ID_BUTTONS, "P&rzyciski"}})),
-                "&Widok");
+    HMENU view = Popup({{ID_ZOOM, "&Powi\xEAkszenie"}, {ID_BUTTONS, "P&rzyciski"}});
+    m_styles = CreatePopupMenu();
+    for (UINT i = 0; i < 10; ++i)
+        AppendMenuA(m_styles, MF_STRING, ID_STYLE_FIRST + i, kStyleNames[i]);
+    CheckMenuRadioItem(m_styles, ID_STYLE_FIRST, ID_STYLE_FIRST + 9, ID_STYLE_FIRST + CNewMenu::GetMenuDrawMode(),
+                       MF_BYCOMMAND);
+    AppendMenuA(view, MF_POPUP, reinterpret_cast<UINT_PTR>(m_styles), "&Styl");
+    AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(view), "&Widok");
     HMENU windows = Popup({{ID_WINDOW_CASCADE, "&Kaskada"}, {ID_WINDOW_TILE_HORZ, "&S\xB9" "siaduj\xB9" "co"},
                            {ID_WINDOW_TILE_VERT, "&Obok siebie"}});
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windows), "&Okno");
@@ -98,14 +108,10 @@ void MainFrame::Build(const char* stem)
     m_menuBar.EnableDocking(CBRS_ALIGN_ANY);
     DockControlBar(&m_menuBar);
 
-    const UINT main[] = {ID_NEW, ID_OPEN, ID_SAVE, ID_SEPARATOR, ID_CUT, ID_COPY, ID_PASTE, ID_SEPARATOR, ID_UNDO,
-                         ID_PRINT};
-    const UINT draw[] = {ID_LINE, ID_RECT, ID_CIRCLE, ID_SEPARATOR, ID_TEXT, ID_ZOOM};
     m_images.Create(16, 15, ILC_COLOR24 | ILC_MASK, 0, 4);
-    BuildToolBar(m_mainBar, AFX_IDW_TOOLBAR, "Standard", main, 10, 0);
-    BuildToolBar(m_drawBar, AFX_IDW_TOOLBAR + 1, "Rysowanie", draw, 6, 8);
-    DockControlBar(&m_mainBar, AFX_IDW_DOCKBAR_TOP);
-    FloatControlBar(&m_drawBar, CPoint(540, 200));
+    BuildToolBars();
+    DockControlBar(m_mainBar.get(), AFX_IDW_DOCKBAR_TOP);
+    FloatControlBar(m_drawBar.get(), CPoint(540, 200));
 
     m_tip.Create(this);
     m_tip.SetMaxTipWidth(0);
@@ -126,6 +132,64 @@ void MainFrame::Build(const char* stem)
     MDITile(MDITILE_VERTICAL);
     m_tip.AddTool(&m_panes[0], "Rysunek 12: rozdzielnica g\xB3\xF3wna\rStrona 2 z 5, zmieniono 24.11.2026", &drawing, 1);
     RecalcLayout();
+}
+
+void MainFrame::BuildToolBars()
+{
+    const UINT main[] = {ID_NEW, ID_OPEN, ID_SAVE, ID_SEPARATOR, ID_CUT, ID_COPY, ID_PASTE, ID_SEPARATOR, ID_UNDO,
+                         ID_PRINT};
+    const UINT draw[] = {ID_LINE, ID_RECT, ID_CIRCLE, ID_SEPARATOR, ID_TEXT, ID_ZOOM};
+    m_mainBar = std::make_unique<CNewToolBar>();
+    m_drawBar = std::make_unique<CNewToolBar>();
+    BuildToolBar(*m_mainBar, AFX_IDW_TOOLBAR, "Standard", main, 10, 0);
+    BuildToolBar(*m_drawBar, AFX_IDW_TOOLBAR + 1, "Rysowanie", draw, 6, 8);
+}
+
+void MainFrame::SetDrawMode(UINT mode)
+{
+    if (mode > 9)
+        return;
+    CNewMenu::SetMenuDrawMode(mode);
+    CheckMenuRadioItem(m_styles, ID_STYLE_FIRST, ID_STYLE_FIRST + 9, ID_STYLE_FIRST + mode, MF_BYCOMMAND);
+    // Where each bar is: its side, or the top left of its mini frame.
+    struct Place {
+        UINT side = AFX_IDW_DOCKBAR_TOP;
+        CPoint at{540, 200};
+        bool floating = false;
+    };
+    const auto placeOf = [](CNewToolBar& bar) {
+        Place p;
+        if (bar.IsFloating()) {
+            p.floating = true;
+            CWnd* side = bar.GetParent();
+            if (CWnd* mini = side ? side->GetParent() : nullptr) {
+                CRect r;
+                mini->GetWindowRect(&r);
+                p.at = r.TopLeft();
+            }
+        } else if (CWnd* side = bar.GetParent()) {
+            p.side = static_cast<UINT>(side->GetDlgCtrlID());
+        }
+        return p;
+    };
+    const Place mainPlace = placeOf(*m_mainBar);
+    const Place drawPlace = placeOf(*m_drawBar);
+    // Docked first, the floating bar's mini frame goes hidden with it.
+    for (CNewToolBar* bar : {m_mainBar.get(), m_drawBar.get()}) {
+        if (bar->IsFloating())
+            DockControlBar(bar, AFX_IDW_DOCKBAR_TOP);
+    }
+    BuildToolBars();
+    const auto put = [this](CNewToolBar& bar, const Place& p) {
+        if (p.floating)
+            FloatControlBar(&bar, p.at);
+        else
+            DockControlBar(&bar, p.side);
+    };
+    put(*m_mainBar, mainPlace);
+    put(*m_drawBar, drawPlace);
+    RecalcLayout();
+    RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_FRAME);
 }
 
 void MainFrame::BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count,
@@ -165,14 +229,15 @@ void MainFrame::ShowPaneTip()
 
 void MainFrame::ShowSampleStates()
 {
-    m_mainBar.SendMessage(TB_CHECKBUTTON, ID_UNDO, TRUE);
-    m_mainBar.SendMessage(TB_ENABLEBUTTON, ID_PASTE, FALSE);
+    CNewToolBar& bar = *m_mainBar;
+    bar.SendMessage(TB_CHECKBUTTON, ID_UNDO, TRUE);
+    bar.SendMessage(TB_ENABLEBUTTON, ID_PASTE, FALSE);
     CRect button;
-    m_mainBar.GetItemRect(m_mainBar.CommandToIndex(ID_OPEN), &button);
-    m_mainBar.ClientToScreen(&button);
+    bar.GetItemRect(bar.CommandToIndex(ID_OPEN), &button);
+    bar.ClientToScreen(&button);
     SetCursorPos(button.CenterPoint().x, button.CenterPoint().y);
-    m_mainBar.Invalidate();
-    m_mainBar.UpdateWindow();
+    bar.Invalidate();
+    bar.UpdateWindow();
 }
 
 BOOL MainFrame::PreTranslateMessage(MSG* msg)
@@ -199,6 +264,10 @@ LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_COMMAND:
         if (LOWORD(wParam) == ID_BUTTONS && showButtons) {
             showButtons();
+            return 0;
+        }
+        if (LOWORD(wParam) >= ID_STYLE_FIRST && LOWORD(wParam) < ID_STYLE_FIRST + 10) {
+            SetDrawMode(LOWORD(wParam) - ID_STYLE_FIRST);
             return 0;
         }
         if (LOWORD(wParam) == ID_EXIT) {

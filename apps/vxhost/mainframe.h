@@ -10,6 +10,7 @@
 #include <vxbase_ui.h>
 
 #include <functional>
+#include <memory>
 
 namespace vxhost {
 
@@ -26,8 +27,12 @@ public:
     // A checked and a disabled button on the docked bar and the cursor on
     // the first one, for pictures.
     void ShowSampleStates();
-    CNewToolBar& FloatingBar() { return m_drawBar; }
-    CNewToolBar& MainBar() { return m_mainBar; }
+    CNewToolBar& FloatingBar() { return *m_drawBar; }
+    CNewToolBar& MainBar() { return *m_mainBar; }
+    // Switches the menu draw mode (the View menu's "Styl"): the tool bars
+    // take their style when they are made, so both are made again where
+    // they were.
+    void SetDrawMode(UINT mode);
     CVXToolTipCtrl& PaneTip() { return m_tip; }
     CMenuBar& MenuBar() { return m_menuBar; }
 
@@ -45,8 +50,10 @@ private:
     void BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
 
     CMenuBar m_menuBar;
-    CNewToolBar m_mainBar;
-    CNewToolBar m_drawBar;
+    void BuildToolBars();
+    std::unique_ptr<CNewToolBar> m_mainBar;
+    std::unique_ptr<CNewToolBar> m_drawBar;
+    HMENU m_styles = nullptr;
     // Two drawings, each in a child frame of the MDI client.
     Pane m_panes[2];
     CMDIChildWnd m_children[2];
