@@ -265,23 +265,15 @@ int Screenshots(const std::string& dir)
     return n ? 0 : 1;
 }
 
-// The frame once per menu draw mode (a bar's style is fixed when it is
-// made, so each mode gets a frame of its own), with the cursor resting on
-// a button of the docked bar so that its hot look shows.
-int DrawModeShots(const std::string& dir, vxhost::MainFrame& shown)
+// The frame in each menu draw mode, switched as the View menu does, with
+// the cursor resting on a button of the docked bar so that its hot look
+// shows, and the floating bar.
+int DrawModeShots(const std::string& dir, vxhost::MainFrame& frame)
 {
     const UINT saved = CNewMenu::GetMenuDrawMode();
-    CRect place;
-    shown.GetWindowRect(&place);
-    shown.ShowWindow(SW_HIDE);
     int rc = 0;
     for (UINT mode = 0; mode < 10; ++mode) {
-        CNewMenu::SetMenuDrawMode(mode);
-        vxhost::MainFrame frame;
-        frame.Build(g_MainframeType == MainframeIT ? "IT" : "AT");
-        frame.MoveWindow(&place);
-        frame.ShowWindow(SW_SHOW);
-        frame.RecalcLayout();
+        frame.SendMessage(WM_COMMAND, 0x8100 + mode);
         frame.SetActiveWindow();
         frame.SetFocus();
         frame.ShowSampleStates();
@@ -290,10 +282,8 @@ int DrawModeShots(const std::string& dir, vxhost::MainFrame& shown)
         CDockBar* side = frame.FloatingBar().m_pDockBar;
         if (CWnd* mini = side ? side->GetParent() : nullptr)
             rc |= SaveWindow(*mini, dir, "floating-bar-mode-" + std::to_string(mode));
-        frame.DestroyWindow();
     }
-    CNewMenu::SetMenuDrawMode(saved);
-    shown.ShowWindow(SW_SHOW);
+    frame.SetDrawMode(saved);
     return rc;
 }
 

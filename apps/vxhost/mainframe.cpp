@@ -13,8 +13,13 @@ namespace {
 
 enum : UINT {
     ID_NEW = 0x8000, ID_OPEN, ID_SAVE, ID_PRINT, ID_CUT, ID_COPY, ID_PASTE, ID_UNDO, ID_LINE, ID_RECT, ID_CIRCLE,
-    ID_TEXT, ID_ZOOM, ID_BUTTONS, ID_EXIT, ID_ABOUT, ID_CASCADE, ID_TILE
+    ID_TEXT, ID_ZOOM, ID_BUTTONS, ID_EXIT, ID_ABOUT
 };
+// The View menu's draw modes, one command each.
+constexpr UINT ID_STYLE_FIRST = 0x8100;
+const char* const kStyleNames[10] = {"&0 Oryginalny", "&1 Oryginalny bez ramki", "&2 XP", "&3 XP bez ramki",
+                                     "&4 Specjalny", "&5 Specjalny bez ramki", "&6 Lodowy", "&7 Lodowy bez ramki",
+                                     "&8 Office 2003", "&9 Office 2003 bez ramki"};
 
 struct Command {
     UINT id;
@@ -74,8 +79,6 @@ void MainFrame::Build(const char* stem)
     CString title;
     title.Format("%s %s", GetString(6706).GetString(), stem);
     CreateEx(title, "VxHostMainFrame", WS_OVERLAPPEDWINDOW, CRect(60, 60, 860, 620));
-    m_pane.CreateEx("", "VxHostPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), this, AFX_IDW_PANE_FIRST,
-                    WS_EX_CLIENTEDGE);
     EnableDocking(CBRS_ALIGN_ANY);
 
     HMENU menu = CreateMenu();
@@ -88,31 +91,105 @@ void MainFrame::Build(const char* stem)
                 reinterpret_cast<UINT_PTR>(Popup({{ID_UNDO, "&Cofnij"}, {0, nullptr}, {ID_CUT, "W&ytnij"},
                                                   {ID_COPY, "&Kopiuj"}, {ID_PASTE, "&Wklej"}})),
                 "&Edycja");
-    AppendMenuA(menu, MF_POPUP,
-                reinterpret_cast<UINT_PTR>(Popup({{ID_ZOOM, "&Powi\xEAkszenie"}, {ID_BUTTONS, "P&rzyciski"}})),
-                "&Widok");
-    AppendMenuA(menu, MF_POPUP,
-                reinterpret_cast<UINT_PTR>(Popup({{ID_CASCADE, "&Kaskada"}, {ID_TILE, "&S\xB9" "siaduj\xB9" "co"}})), "&Okno");
+    HMENU view = Popup({{ID_ZOOM, "&Powi\xEAkszenie"}, {ID_BUTTONS, "P&rzyciski"}});
+    m_styles = CreatePopupMenu();
+    for (UINT i = 0; i < 10; ++i)
+        AppendMenuA(m_styles, MF_STRING, ID_STYLE_FIRST + i, kStyleNames[i]);
+    CheckMenuRadioItem(m_styles, ID_STYLE_FIRST, ID_STYLE_FIRST + 9, ID_STYLE_FIRST + CNewMenu::GetMenuDrawMode(),
+                       MF_BYCOMMAND);
+    AppendMenuA(view, MF_POPUP, reinterpret_cast<UINT_PTR>(m_styles), "&Styl");
+    AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(view), "&Widok");
+    HMENU windows = Popup({{ID_WINDOW_CASCADE, "&Kaskada"}, {ID_WINDOW_TILE_HORZ, "&S\xB9" "siaduj\xB9" "co"},
+                           {ID_WINDOW_TILE_VERT, "&Obok siebie"}});
+    AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windows), "&Okno");
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(Popup({{ID_ABOUT, "&O programie..."}})), "Pomo&c");
     m_menuBar.Create(this, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_TOOLTIPS);
     m_menuBar.LoadMenu(menu, nullptr);
     m_menuBar.EnableDocking(CBRS_ALIGN_ANY);
     DockControlBar(&m_menuBar);
 
-    const UINT main[] = {ID_NEW, ID_OPEN, ID_SAVE, ID_SEPARATOR, ID_CUT, ID_COPY, ID_PASTE, ID_SEPARATOR, ID_UNDO,
-                         ID_PRINT};
-    const UINT draw[] = {ID_LINE, ID_RECT, ID_CIRCLE, ID_SEPARATOR, ID_TEXT, ID_ZOOM};
     m_images.Create(16, 15, ILC_COLOR24 | ILC_MASK, 0, 4);
-    BuildToolBar(m_mainBar, AFX_IDW_TOOLBAR, "Standard", main, 10, 0);
-    BuildToolBar(m_drawBar, AFX_IDW_TOOLBAR + 1, "Rysowanie", draw, 6, 8);
-    DockControlBar(&m_mainBar, AFX_IDW_DOCKBAR_TOP);
-    FloatControlBar(&m_drawBar, CPoint(540, 200));
+    BuildToolBars();
+    DockControlBar(m_mainBar.get(), AFX_IDW_DOCKBAR_TOP);
+    FloatControlBar(m_drawBar.get(), CPoint(540, 200));
 
     m_tip.Create(this);
     m_tip.SetMaxTipWidth(0);
     CRect drawing(40, 40, 300, 200);
-    m_tip.AddTool(&m_pane, "Rysunek 12: rozdzielnica g\xB3\xF3wna\rStrona 2 z 5, zmieniono 24.11.2026", &drawing, 1);
+    CreateClient(windows);
+    for (int i = 0; i < 2; ++i) {
+        CString name;
+        name.Format("Strona %d", i + 1);
+        m_children[i].m_bAutoDelete = false;
+        m_children[i].Create(nullptr, name, WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), this);
+        m_panes[i].CreateEx("", "VxHostPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), &m_children[i],
+                            AFX_IDW_PANE_FIRST, WS_EX_CLIENTEDGE);
+        m_children[i].RecalcLayout();
+    }
     RecalcLayout();
+    MDIActivate(&m_children[0]);
+    // Side by side, so that both drawings show whole.
+    MDITile(MDITILE_VERTICAL);
+    m_tip.AddTool(&m_panes[0], "Rysunek 12: rozdzielnica g\xB3\xF3wna\rStrona 2 z 5, zmieniono 24.11.2026", &drawing, 1);
+    RecalcLayout();
+}
+
+void MainFrame::BuildToolBars()
+{
+    const UINT main[] = {ID_NEW, ID_OPEN, ID_SAVE, ID_SEPARATOR, ID_CUT, ID_COPY, ID_PASTE, ID_SEPARATOR, ID_UNDO,
+                         ID_PRINT};
+    const UINT draw[] = {ID_LINE, ID_RECT, ID_CIRCLE, ID_SEPARATOR, ID_TEXT, ID_ZOOM};
+    m_mainBar = std::make_unique<CNewToolBar>();
+    m_drawBar = std::make_unique<CNewToolBar>();
+    BuildToolBar(*m_mainBar, AFX_IDW_TOOLBAR, "Standard", main, 10, 0);
+    BuildToolBar(*m_drawBar, AFX_IDW_TOOLBAR + 1, "Rysowanie", draw, 6, 8);
+}
+
+void MainFrame::SetDrawMode(UINT mode)
+{
+    if (mode > 9)
+        return;
+    CNewMenu::SetMenuDrawMode(mode);
+    CheckMenuRadioItem(m_styles, ID_STYLE_FIRST, ID_STYLE_FIRST + 9, ID_STYLE_FIRST + mode, MF_BYCOMMAND);
+    // Where each bar is: its side, or the top left of its mini frame.
+    struct Place {
+        UINT side = AFX_IDW_DOCKBAR_TOP;
+        CPoint at{540, 200};
+        bool floating = false;
+    };
+    const auto placeOf = [](CNewToolBar& bar) {
+        Place p;
+        if (bar.IsFloating()) {
+            p.floating = true;
+            CWnd* side = bar.GetParent();
+            if (CWnd* mini = side ? side->GetParent() : nullptr) {
+                CRect r;
+                mini->GetWindowRect(&r);
+                p.at = r.TopLeft();
+            }
+        } else if (CWnd* side = bar.GetParent()) {
+            p.side = static_cast<UINT>(side->GetDlgCtrlID());
+        }
+        return p;
+    };
+    const Place mainPlace = placeOf(*m_mainBar);
+    const Place drawPlace = placeOf(*m_drawBar);
+    // Docked first, the floating bar's mini frame goes hidden with it.
+    for (CNewToolBar* bar : {m_mainBar.get(), m_drawBar.get()}) {
+        if (bar->IsFloating())
+            DockControlBar(bar, AFX_IDW_DOCKBAR_TOP);
+    }
+    BuildToolBars();
+    const auto put = [this](CNewToolBar& bar, const Place& p) {
+        if (p.floating)
+            FloatControlBar(&bar, p.at);
+        else
+            DockControlBar(&bar, p.side);
+    };
+    put(*m_mainBar, mainPlace);
+    put(*m_drawBar, drawPlace);
+    RecalcLayout();
+    RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_FRAME);
 }
 
 void MainFrame::BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count,
@@ -144,7 +221,7 @@ void MainFrame::ShowPaneTip()
 {
     vx::UseManualClock(true);
     CPoint at(120, 90);
-    vx::DispatchInputMessage(m_pane, WM_MOUSEMOVE, 0, MAKELPARAM(at.x, at.y));
+    vx::DispatchInputMessage(m_panes[0], WM_MOUSEMOVE, 0, MAKELPARAM(at.x, at.y));
     vx::AdvanceManualClock(510);
     vx::PumpMessages();
     vx::UseManualClock(false);
@@ -152,14 +229,15 @@ void MainFrame::ShowPaneTip()
 
 void MainFrame::ShowSampleStates()
 {
-    m_mainBar.SendMessage(TB_CHECKBUTTON, ID_UNDO, TRUE);
-    m_mainBar.SendMessage(TB_ENABLEBUTTON, ID_PASTE, FALSE);
+    CNewToolBar& bar = *m_mainBar;
+    bar.SendMessage(TB_CHECKBUTTON, ID_UNDO, TRUE);
+    bar.SendMessage(TB_ENABLEBUTTON, ID_PASTE, FALSE);
     CRect button;
-    m_mainBar.GetItemRect(m_mainBar.CommandToIndex(ID_OPEN), &button);
-    m_mainBar.ClientToScreen(&button);
+    bar.GetItemRect(bar.CommandToIndex(ID_OPEN), &button);
+    bar.ClientToScreen(&button);
     SetCursorPos(button.CenterPoint().x, button.CenterPoint().y);
-    m_mainBar.Invalidate();
-    m_mainBar.UpdateWindow();
+    bar.Invalidate();
+    bar.UpdateWindow();
 }
 
 BOOL MainFrame::PreTranslateMessage(MSG* msg)
@@ -167,7 +245,7 @@ BOOL MainFrame::PreTranslateMessage(MSG* msg)
     m_tip.RelayEvent(msg);
     if (m_menuBar.TranslateFrameMessage(msg))
         return TRUE;
-    return CFrameWnd::PreTranslateMessage(msg);
+    return CMDIFrameWnd::PreTranslateMessage(msg);
 }
 
 LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
@@ -188,6 +266,10 @@ LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
             showButtons();
             return 0;
         }
+        if (LOWORD(wParam) >= ID_STYLE_FIRST && LOWORD(wParam) < ID_STYLE_FIRST + 10) {
+            SetDrawMode(LOWORD(wParam) - ID_STYLE_FIRST);
+            return 0;
+        }
         if (LOWORD(wParam) == ID_EXIT) {
             PostMessage(WM_CLOSE);
             return 0;
@@ -196,12 +278,12 @@ LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     default:
         break;
     }
-    return CFrameWnd::WindowProc(message, wParam, lParam);
+    return CMDIFrameWnd::WindowProc(message, wParam, lParam);
 }
 
 void MainFrame::OnDestroy()
 {
-    CFrameWnd::OnDestroy();
+    CMDIFrameWnd::OnDestroy();
     if (quitOnClose)
         PostQuitMessage(0);
 }

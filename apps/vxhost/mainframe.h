@@ -1,6 +1,7 @@
 // The main window of a program of the suite in the sample host: a frame with
 // the library's menu bar, two tool bars (one docked, one floating) with
-// tooltips, a pane and the library's own tooltip over it.
+// tooltips, two child frames with a drawing each and the library's own
+// tooltip over the first.
 #pragma once
 
 #ifdef VXHOST_WITH_UI
@@ -9,10 +10,11 @@
 #include <vxbase_ui.h>
 
 #include <functional>
+#include <memory>
 
 namespace vxhost {
 
-class MainFrame : public CFrameWnd {
+class MainFrame : public CMDIFrameWnd {
 public:
     // Called by the "Przyciski" command of the View menu.
     std::function<void()> showButtons;
@@ -25,8 +27,12 @@ public:
     // A checked and a disabled button on the docked bar and the cursor on
     // the first one, for pictures.
     void ShowSampleStates();
-    CNewToolBar& FloatingBar() { return m_drawBar; }
-    CNewToolBar& MainBar() { return m_mainBar; }
+    CNewToolBar& FloatingBar() { return *m_drawBar; }
+    CNewToolBar& MainBar() { return *m_mainBar; }
+    // Switches the menu draw mode (the View menu's "Styl"): the tool bars
+    // take their style when they are made, so both are made again where
+    // they were.
+    void SetDrawMode(UINT mode);
     CVXToolTipCtrl& PaneTip() { return m_tip; }
     CMenuBar& MenuBar() { return m_menuBar; }
 
@@ -44,9 +50,13 @@ private:
     void BuildToolBar(CNewToolBar& bar, UINT id, const char* title, const UINT* commands, int count, int firstImage);
 
     CMenuBar m_menuBar;
-    CNewToolBar m_mainBar;
-    CNewToolBar m_drawBar;
-    Pane m_pane;
+    void BuildToolBars();
+    std::unique_ptr<CNewToolBar> m_mainBar;
+    std::unique_ptr<CNewToolBar> m_drawBar;
+    HMENU m_styles = nullptr;
+    // Two drawings, each in a child frame of the MDI client.
+    Pane m_panes[2];
+    CMDIChildWnd m_children[2];
     CVXToolTipCtrl m_tip;
     CImageList m_images;
 };

@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <fcntl.h>
 #include <map>
 #include <optional>
@@ -226,6 +227,25 @@ TEST(Vxhost, ListIsDrivenByMouseAndKeysForItsScreenshots)
     EXPECT_TRUE(Shows(run, "pasted: row 25, Typ: \"Bezpiecznik\"")) << run.output;
     EXPECT_TRUE(Shows(run, "typed: row 6, Strona: \"12.4\"")) << run.output;
     EXPECT_TRUE(Shows(run, "chosen: row 8, Typ: \"Bezpiecznik\"")) << run.output;
+}
+
+// The main frame switched through the ten draw modes as its View menu does:
+// each writes the frame and the floating bar, and the bars look different.
+TEST(Vxhost, GuiShowsTheFrameInEachDrawMode)
+{
+    vxtest::TempDir shots;
+    const Outcome run = RunVxhost({"gui", "--screenshot", shots.Path()}, {}, 120);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    const auto read = [&](const std::string& name) {
+        std::ifstream in(shots.Path() + "/" + name + ".png", std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    };
+    for (int mode = 0; mode < 10; ++mode) {
+        EXPECT_GT(read("frame-mode-" + std::to_string(mode)).size(), 1000u) << mode;
+        EXPECT_GT(read("floating-bar-mode-" + std::to_string(mode)).size(), 200u) << mode;
+    }
+    EXPECT_NE(read("floating-bar-mode-0"), read("floating-bar-mode-8"));
+    EXPECT_NE(read("frame-mode-2"), read("frame-mode-6"));
 }
 
 // Two programs: AT's dialog shows the drawing that the IT process draws,

@@ -58,9 +58,53 @@ constexpr DWORD CBRS_LEFT = CBRS_ALIGN_LEFT | CBRS_BORDER_RIGHT;
 constexpr DWORD CBRS_RIGHT = CBRS_ALIGN_RIGHT | CBRS_BORDER_LEFT;
 constexpr DWORD CBRS_ALL = 0x0040FFFF;
 
+// The messages of an MDI client and its children.
+constexpr UINT WM_CHILDACTIVATE = 0x0022;
+constexpr UINT WM_MDICREATE = 0x0220;
+constexpr UINT WM_MDIDESTROY = 0x0221;
+constexpr UINT WM_MDIACTIVATE = 0x0222;
+constexpr UINT WM_MDIRESTORE = 0x0223;
+constexpr UINT WM_MDINEXT = 0x0224;
+constexpr UINT WM_MDIMAXIMIZE = 0x0225;
+constexpr UINT WM_MDITILE = 0x0226;
+constexpr UINT WM_MDICASCADE = 0x0227;
+constexpr UINT WM_MDIICONARRANGE = 0x0228;
+constexpr UINT WM_MDIGETACTIVE = 0x0229;
+constexpr UINT WM_MDISETMENU = 0x0230;
+constexpr UINT WM_MDIREFRESHMENU = 0x0234;
+constexpr UINT MDITILE_VERTICAL = 0x0000;
+constexpr UINT MDITILE_HORIZONTAL = 0x0001;
+constexpr UINT MDITILE_SKIPDISABLED = 0x0002;
+// The framework's: a frame and its views are complete.
+constexpr UINT WM_INITIALUPDATE = 0x0364;
+// The "Window" menu's commands; the children are listed from
+// AFX_IDM_FIRST_MDICHILD on.
+constexpr UINT ID_WINDOW_NEW = 0xE130;
+constexpr UINT ID_WINDOW_ARRANGE = 0xE131;
+constexpr UINT ID_WINDOW_CASCADE = 0xE132;
+constexpr UINT ID_WINDOW_TILE_HORZ = 0xE133;
+constexpr UINT ID_WINDOW_TILE_VERT = 0xE134;
+constexpr UINT AFX_IDM_FIRST_MDICHILD = 0xFF00;
+
 class CFrameWnd;
+class CMDIFrameWnd;
+class CMDIChildWnd; // vxbase-ui
 
 namespace vx {
+
+// The MDI client asked for the active child's object (lParam: a BOOL* that
+// takes whether it is maximised); the answer is the CMDIChildWnd*.
+constexpr UINT WM_VX_MDIGETACTIVEFRAME = 0x037A;
+
+// Makes the MDI client window of a frame, as a child of it with the id
+// AFX_IDW_PANE_FIRST; vxbase-ui installs it. Returns its handle or null.
+using MdiClientFactory = HWND (*)(CMDIFrameWnd& frame, HMENU windowMenu);
+VXBASE_EXPORT void SetMdiClientFactory(MdiClientFactory factory);
+
+// Sends a message to every child of `window`, and with `deep` to their
+// children too, parents before their children.
+VXBASE_EXPORT void SendMessageToDescendants(CWnd& window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0,
+                                            BOOL deep = TRUE);
 
 // How a frame docks its bars; vxbase-ui installs it.
 struct FrameDocking {
@@ -117,8 +161,32 @@ protected:
     void OnSize(UINT type, int cx, int cy) override;
 };
 
+// With a client (CreateClient) the frame holds MDI children
+// (CMDIChildWnd, vxbase-ui); the calls below are those of the platform's
+// MDI client, which does the work.
 class VXBASE_EXPORT CMDIFrameWnd : public CFrameWnd {
 public:
     CMDIFrameWnd();
     ~CMDIFrameWnd() override;
+
+    HWND m_hWndMDIClient = nullptr;
+
+    // Makes the MDI client as the frame's pane. `windowMenu` is the popup
+    // that lists the children (the "Window" menu), or null.
+    virtual BOOL CreateClient(HMENU windowMenu = nullptr);
+    void MDIActivate(CWnd* child);
+    // The active child, or null; `maximized` takes whether it is maximised.
+    CMDIChildWnd* MDIGetActive(BOOL* maximized = nullptr) const;
+    void MDICascade();
+    void MDITile(int type = MDITILE_HORIZONTAL);
+    void MDIMaximize(CWnd* child);
+    void MDIRestore(CWnd* child);
+    void MDINext(BOOL previous = FALSE);
+    // Puts a menu on the frame and names the popup that lists the children
+    // (null leaves either as it is); returns the frame's menu before.
+    HMENU MDISetMenu(HMENU frameMenu, HMENU windowMenu);
+
+protected:
+    // The Window menu's commands: cascade, tile, and one per child.
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
 };

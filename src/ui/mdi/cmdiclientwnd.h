@@ -1,0 +1,75 @@
+// CMDIClientWnd: the MDI client ("MDICLIENT"), the pane of a CMDIFrameWnd
+// that holds its child frames. It keeps which child is active, places the
+// children (cascade, tile, maximise), lists them in the frame's "Window"
+// menu and puts the frame's menu in place (WM_MDISETMENU). A frame makes it
+// with CMDIFrameWnd::CreateClient and talks to it in WM_MDI... messages.
+#pragma once
+
+#include "platform/windows/cframewnd.h"
+#include "vxbase_ui_export.h"
+
+#include <vector>
+
+class CMDIChildWnd;
+
+class VXBASE_UI_EXPORT CMDIClientWnd : public CWnd {
+public:
+    CMDIClientWnd();
+    ~CMDIClientWnd() override;
+
+    // The client of a frame, or null.
+    static CMDIClientWnd* Of(const CMDIFrameWnd* frame);
+
+    CMDIChildWnd* Active() const { return m_active; }
+    // The children in the order they were made (the Window menu's order).
+    const std::vector<CMDIChildWnd*>& Children() const { return m_children; }
+    HMENU WindowMenu() const { return m_windowMenu; }
+    // Where the next child goes when it gives no rectangle.
+    CRect NextCascadeRect();
+
+    // Called by CMDIChildWnd as it is made and destroyed.
+    void AddChild(CMDIChildWnd* child);
+    void RemoveChild(CMDIChildWnd* child);
+    // A child's title changed: the Window menu and a maximised title follow.
+    void ChildTitleChanged(CMDIChildWnd* child);
+
+    // The step between cascaded children.
+    static int CascadeStep();
+
+    HMENU m_windowMenu = nullptr;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    BOOL OnEraseBkgnd() override;
+    void OnPaint() override;
+    void OnSize(UINT type, int cx, int cy) override;
+    void PostNcDestroy() override;
+
+private:
+    friend class CMDIChildWnd;
+    friend HWND MakeMdiClient(CMDIFrameWnd& frame, HMENU windowMenu);
+    void Activate(CMDIChildWnd* child);
+    void Cascade();
+    void Tile(UINT how);
+    void Maximize(CMDIChildWnd* child);
+    void Restore(CMDIChildWnd* child);
+    // A minimised child is its caption alone, in a row along the bottom.
+    void Minimize(CMDIChildWnd* child);
+    void Next(bool previous);
+    HMENU SetMenus(HMENU frameMenu, HMENU windowMenu);
+    void UpdateWindowMenu();
+    void UpdateFrameTitle();
+    // Visible children that are not minimised, the active one last.
+    std::vector<CMDIChildWnd*> Arrangeable() const;
+    CMDIChildWnd* ChildOf(HWND hwnd) const;
+    CMDIFrameWnd* Frame() const;
+
+    std::vector<CMDIChildWnd*> m_children;
+    CMDIChildWnd* m_active = nullptr;
+    HMENU m_frameMenu = nullptr;
+    int m_cascadeNext = 0;
+    // The frame's title without " - [child]".
+    CString m_frameTitle;
+    bool m_titleSaved = false;
+    bool m_autoDelete = false;
+};
