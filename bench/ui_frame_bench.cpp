@@ -1,11 +1,13 @@
 // A main window laid out and painted in full: a frame with the library's
-// menu bar of 12 entries and three tool bars of 30 buttons each, docked at
-// the top, against a QMainWindow with a QMenuBar and three QToolBars of the
-// same entries, in the same run. Each round changes the window's width, so
-// that both lay out afresh, and renders the whole window into an image.
+// menu bar of 12 entries and three of the library's tool bars of 30 buttons
+// each (Office 2003 mode), docked at the top, against a QMainWindow with a
+// QMenuBar and three QToolBars of the same entries, in the same run. Each
+// round changes the window's width, so that both lay out afresh, and renders
+// the whole window into an image.
 #include "menus/cmenubar.h"
 #include "platform/windows/cframewnd.h"
-#include "ui/bars/ctoolbar.h"
+#include "frames/cnewtoolbar.h"
+#include "menus/cnewmenu.h"
 #include "ui/images/cbitmap.h"
 #include "ui/windows/qtinterop.h"
 #include "ui/windows/uiapp.h"
@@ -50,6 +52,9 @@ QImage Strip()
 struct LibraryWindow {
     LibraryWindow()
     {
+        // The library's bars in their dearest mode: gradients, grippers and
+        // every button painted through custom draw.
+        CNewMenu::SetMenuDrawMode(CNewMenu::STYLE_XP_2003);
         frame.CreateEx("Frame", "BenchFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 1100, 700));
         pane.CreateEx("", "BenchPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), &frame, AFX_IDW_PANE_FIRST);
         frame.EnableDocking(CBRS_ALIGN_ANY);
@@ -73,7 +78,7 @@ struct LibraryWindow {
         for (int i = 0; i < kButtons; ++i)
             commands.push_back(static_cast<UINT>(2000 + i));
         for (int b = 0; b < kBars; ++b) {
-            auto bar = std::make_unique<CToolBar>();
+            auto bar = std::make_unique<CNewToolBar>();
             bar->CreateEx(&frame, TBSTYLE_FLAT, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_GRIPPER | CBRS_TOOLTIPS,
                           CRect(2, 2, 2, 2), AFX_IDW_TOOLBAR + static_cast<UINT>(b));
             bar->SetButtons(commands.data(), kButtons);
@@ -87,7 +92,7 @@ struct LibraryWindow {
     CWnd pane;
     CMenuBar menuBar;
     CImageList images;
-    std::vector<std::unique_ptr<CToolBar>> bars;
+    std::vector<std::unique_ptr<CNewToolBar>> bars;
 };
 
 struct QtWindow {

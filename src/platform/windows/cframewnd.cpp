@@ -1,5 +1,7 @@
 #include "platform/windows/cframewnd.h"
 
+#include "platform/shell/resources.h"
+
 namespace vx {
 namespace {
 
@@ -18,7 +20,18 @@ void SetFrameDocking(const FrameDocking& docking)
 
 namespace {
 MdiClientFactory g_mdiClientFactory = nullptr;
+FrameResources g_frameResources;
 } // namespace
+
+void SetFrameResources(const FrameResources& resources)
+{
+    g_frameResources = resources;
+}
+
+const FrameResources& GetFrameResources()
+{
+    return g_frameResources;
+}
 
 void SetMdiClientFactory(MdiClientFactory factory)
 {
@@ -41,7 +54,90 @@ void SendMessageToDescendants(CWnd& window, UINT message, WPARAM wParam, LPARAM 
 
 } // namespace vx
 
+// The framework's CW_USEDEFAULT place, as a rectangle the shim can use.
+const CRect CFrameWnd::rectDefault(80, 80, 720, 560);
+
 CFrameWnd::CFrameWnd() = default;
+
+BOOL CFrameWnd::Create(const char* className, const char* title, DWORD style, const RECT& rect, CWnd* parent,
+                       const char* menuName, DWORD exStyle, CCreateContext* context)
+{
+    const vx::FrameResources& res = vx::g_frameResources;
+    HMENU menu = nullptr;
+    if (menuName) {
+        // Only numbered resources exist in the shim's tables.
+        const auto id = static_cast<UINT>(reinterpret_cast<ULONG_PTR>(menuName));
+        menu = id <= 0xFFFF && res.loadMenu ? res.loadMenu(id) : nullptr;
+        if (!menu) {
+            PostNcDestroy();
+            return FALSE;
+        }
+    }
+    const DWORD windowStyle = style & ~FWS_ADDTOTITLE;
+    if (!CreateEx(title ? title : "", className ? className : "AfxFrameOrView", windowStyle, rect, parent, 0,
+                  exStyle))
+        return FALSE;
+    if (menu && res.setMenu)
+        res.setMenu(m_hWnd, menu);
+    if (context && !CreateView(context))
+        return FALSE;
+    RecalcLayout();
+    return TRUE;
+}
+
+BOOL CFrameWnd::CreateView(CCreateContext* context)
+{
+    if (!context->m_newView)
+        return TRUE;
+    CWnd* view = context->m_newView();
+    if (!view)
+        return FALSE;
+    if (!view->m_hWnd &&
+        !view->CreateEx("", "AfxView", WS_CHILD | WS_VISIBLE, CRect(0, 0, 0, 0), this, AFX_IDW_PANE_FIRST,
+                        WS_EX_CLIENTEDGE))
+        return FALSE;
+    return TRUE;
+}
+
+BOOL CFrameWnd::LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context)
+{
+    m_nIDHelp = id;
+    // The string holds "title\ndocument\n..."; the frame takes the first part.
+    CString title;
+    if (const char* text = vx::FindString(id)) {
+        title = text;
+        const int newline = title.Find('\n');
+        if (newline >= 0)
+            title = title.Left(newline);
+    }
+    const vx::FrameResources& res = vx::g_frameResources;
+    // As the framework's: the resource must have a menu, else no frame.
+    if (!Create(nullptr, title, style, rectDefault, parent, reinterpret_cast<const char*>(static_cast<ULONG_PTR>(id)),
+                0, context))
+        return FALSE;
+    if (res.loadIcon) {
+        if (HICON icon = res.loadIcon(id)) {
+            SendMessage(WM_SETICON, 1, reinterpret_cast<LPARAM>(icon));
+            SendMessage(WM_SETICON, 0, reinterpret_cast<LPARAM>(icon));
+        }
+    }
+    if (res.getMenu)
+        m_hMenuDefault = res.getMenu(m_hWnd);
+    if (res.loadAccelerators)
+        m_hAccelTable = res.loadAccelerators(id);
+    if (!context)
+        vx::SendMessageToDescendants(*this, WM_INITIALUPDATE, 0, 0, TRUE);
+    return TRUE;
+}
+
+BOOL CFrameWnd::PreTranslateMessage(MSG* msg)
+{
+    const vx::FrameResources& res = vx::g_frameResources;
+    if (m_hAccelTable && res.translateAccelerator && msg->message >= WM_KEYDOWN && msg->message <= WM_KEYLAST &&
+        res.translateAccelerator(m_hWnd, m_hAccelTable, msg))
+        return TRUE;
+    return CWnd::PreTranslateMessage(msg);
+}
 
 CFrameWnd::~CFrameWnd()
 {

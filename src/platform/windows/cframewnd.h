@@ -16,9 +16,12 @@
 #include "platform/windows/cwnd.h"
 #include "vxbase_export.h"
 
+#include <functional>
 #include <vector>
 
 class CControlBar; // vxbase-ui
+struct HACCEL__;      // accelerator tables are vxbase-ui's
+using HACCEL = HACCEL__*;
 
 // Ids of the frame's standard children.
 constexpr UINT AFX_IDW_TOOLBAR = 0xE800;
@@ -86,8 +89,20 @@ constexpr UINT ID_WINDOW_TILE_HORZ = 0xE133;
 constexpr UINT ID_WINDOW_TILE_VERT = 0xE134;
 constexpr UINT AFX_IDM_FIRST_MDICHILD = 0xFF00;
 
+// LoadFrame's style bit: the frame's title names its document.
+constexpr DWORD FWS_ADDTOTITLE = 0x00008000;
+
 class CFrameWnd;
 class CMDIFrameWnd;
+class CMultiDocTemplate; // vxbase-ui
+
+// What a frame is made for: its template and how to make its view (the
+// pane, AFX_IDW_PANE_FIRST), in place of the framework's run-time classes.
+struct CCreateContext {
+    CMultiDocTemplate* m_pNewDocTemplate = nullptr;
+    CFrameWnd* m_pCurrentFrame = nullptr;
+    std::function<CWnd*()> m_newView;
+};
 class CMDIChildWnd; // vxbase-ui
 
 namespace vx {
@@ -100,6 +115,19 @@ constexpr UINT WM_VX_MDIGETACTIVEFRAME = 0x037A;
 // AFX_IDW_PANE_FIRST; vxbase-ui installs it. Returns its handle or null.
 using MdiClientFactory = HWND (*)(CMDIFrameWnd& frame, HMENU windowMenu);
 VXBASE_EXPORT void SetMdiClientFactory(MdiClientFactory factory);
+
+// The resources a frame loads by id and what it does with them; vxbase-ui
+// installs them (menus, accelerators and icons are its own).
+struct FrameResources {
+    HMENU (*loadMenu)(UINT id) = nullptr;
+    HACCEL (*loadAccelerators)(UINT id) = nullptr;
+    HICON (*loadIcon)(UINT id) = nullptr;
+    BOOL (*setMenu)(HWND window, HMENU menu) = nullptr;
+    HMENU (*getMenu)(HWND window) = nullptr;
+    int (*translateAccelerator)(HWND window, HACCEL table, MSG* msg) = nullptr;
+};
+VXBASE_EXPORT void SetFrameResources(const FrameResources& resources);
+VXBASE_EXPORT const FrameResources& GetFrameResources();
 
 // Sends a message to every child of `window`, and with `deep` to their
 // children too, parents before their children.
@@ -141,6 +169,27 @@ public:
     std::vector<CWnd*> m_listControlBars;
     // The frame class floating bars live in; null gives CMiniDockFrameWnd.
     CFrameWnd* (*m_pFloatingFrameFactory)() = nullptr;
+    // The resource id LoadFrame was given, and what it loaded by that id.
+    UINT m_nIDHelp = 0;
+    HMENU m_hMenuDefault = nullptr;
+    HACCEL m_hAccelTable = nullptr;
+    // The place a frame takes when it is given none.
+    static const CRect rectDefault;
+
+    // Makes the frame from resource `id`: its title is the first part of
+    // string `id` (up to a "\n"), its menu, accelerators and icon those of
+    // that id. Without a context WM_INITIALUPDATE then goes to every
+    // descendant; with one, the context's view is made as the pane and the
+    // caller sends it.
+    virtual BOOL LoadFrame(UINT id, DWORD style = WS_OVERLAPPEDWINDOW | FWS_ADDTOTITLE, CWnd* parent = nullptr,
+                           CCreateContext* context = nullptr);
+    // The frame with the menu of resource `menuName` (a MAKEINTRESOURCE id
+    // or null for none); FALSE, and nothing made, when that menu is missing.
+    virtual BOOL Create(const char* className, const char* title, DWORD style = WS_OVERLAPPEDWINDOW,
+                        const RECT& rect = rectDefault, CWnd* parent = nullptr, const char* menuName = nullptr,
+                        DWORD exStyle = 0, CCreateContext* context = nullptr);
+    // The frame's accelerators (LoadFrame's) turn keys into commands.
+    BOOL PreTranslateMessage(MSG* msg) override;
 
     // Makes a dock bar for each side of `dockStyle` that has none.
     void EnableDocking(DWORD dockStyle);
@@ -159,6 +208,8 @@ public:
 
 protected:
     void OnSize(UINT type, int cx, int cy) override;
+    // Makes the context's view as the pane.
+    BOOL CreateView(CCreateContext* context);
 };
 
 // With a client (CreateClient) the frame holds MDI children

@@ -3,7 +3,11 @@
 #include "platform/windows/sysmetrics.h"
 #include "ui/gdi/cdc.h"
 #include "ui/gdi/cgdiobject.h"
+#include "platform/shell/resources.h"
+#include "ui/gdi/wingdi.h"
+#include "ui/menus/accelerators.h"
 #include "ui/mdi/cmdiclientwnd.h"
+#include "ui/mdi/cmultidoctemplate.h"
 
 #include <algorithm>
 
@@ -32,13 +36,16 @@ CMDIChildWnd::~CMDIChildWnd()
 }
 
 BOOL CMDIChildWnd::Create(const char* className, const char* title, DWORD style, const RECT& rect,
-                          CMDIFrameWnd* parent)
+                          CMDIFrameWnd* parent, CCreateContext* context)
 {
     if (!parent)
         parent = dynamic_cast<CMDIFrameWnd*>(AfxGetMainWnd());
     CMDIClientWnd* client = CMDIClientWnd::Of(parent);
-    if (!client)
+    if (!client) {
+        // As a frame that fails: one made with new goes.
+        PostNcDestroy();
         return FALSE;
+    }
     CRect place(rect);
     if (place.IsRectEmpty())
         place = client->NextCascadeRect();
@@ -47,9 +54,42 @@ BOOL CMDIChildWnd::Create(const char* className, const char* title, DWORD style,
     if (!CreateEx(title ? title : "", className ? className : "AfxMDIChild", style, place, client, 0,
                   WS_EX_WINDOWEDGE))
         return FALSE;
+    if (context && !CreateView(context)) {
+        DestroyWindow();
+        return FALSE;
+    }
+    RecalcLayout();
     client->AddChild(this);
     if (maximize)
         client->Maximize(this);
+    return TRUE;
+}
+
+BOOL CMDIChildWnd::LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context)
+{
+    m_nIDHelp = id;
+    CString title;
+    if (const char* text = vx::FindString(id)) {
+        CString all(text);
+        const int newline = all.Find('\n');
+        title = newline >= 0 ? all.Left(newline) : all;
+        if (title.IsEmpty() && newline >= 0) {
+            CString rest = all.Mid(newline + 1);
+            const int next = rest.Find('\n');
+            title = next >= 0 ? rest.Left(next) : rest;
+        }
+    }
+    if (context && context->m_pNewDocTemplate) {
+        m_hMenuShared = context->m_pNewDocTemplate->m_hMenuShared;
+        m_hAccelTable = context->m_pNewDocTemplate->m_hAccelTable;
+    }
+    auto* frame = dynamic_cast<CMDIFrameWnd*>(parent);
+    if (!Create(nullptr, title, style & ~FWS_ADDTOTITLE, CRect(), frame, context))
+        return FALSE;
+    if (HICON icon = LoadIconA(nullptr, reinterpret_cast<LPCSTR>(static_cast<ULONG_PTR>(id))))
+        SendMessage(WM_SETICON, 0, reinterpret_cast<LPARAM>(icon));
+    if (!context)
+        vx::SendMessageToDescendants(*this, WM_INITIALUPDATE, 0, 0, TRUE);
     return TRUE;
 }
 
@@ -201,7 +241,7 @@ void CMDIChildWnd::OnNcPaint()
         CRect box = BoxRect(b);
         if (box.IsRectEmpty())
             continue;
-        const bool pressed = m_track == (b == Box::Close ? HTCLOSE : b == Box::Maximize ? HTMAXBUTTON : HTMINBUTTON);
+        const bool pressed = m_track == static_cast<UINT>(b == Box::Close ? HTCLOSE : b == Box::Maximize ? HTMAXBUTTON : HTMINBUTTON);
         dc.FillSolidRect(&box, GetSysColor(COLOR_BTNFACE));
         dc.Draw3dRect(&box, GetSysColor(pressed ? COLOR_3DDKSHADOW : COLOR_BTNHIGHLIGHT),
                       GetSysColor(pressed ? COLOR_BTNHIGHLIGHT : COLOR_3DDKSHADOW));
@@ -394,6 +434,12 @@ BOOL CMDIChildWnd::PreTranslateMessage(MSG* msg)
     if (msg->message == WM_LBUTTONDOWN || msg->message == WM_RBUTTONDOWN || msg->message == WM_MBUTTONDOWN) {
         if (!m_active)
             MDIActivate();
+    }
+    // The child's accelerators send their commands to the MDI frame, which
+    // hands them to the active child first.
+    if (m_hAccelTable && msg->message >= WM_KEYDOWN && msg->message <= WM_KEYLAST) {
+        if (CMDIFrameWnd* frame = GetMDIFrame(); frame && TranslateAcceleratorA(frame->m_hWnd, m_hAccelTable, msg))
+            return TRUE;
     }
     return CFrameWnd::PreTranslateMessage(msg);
 }

@@ -22,9 +22,17 @@ public:
     // null) at `rect` (client coordinates of the MDI client), or at the next
     // cascade place when `rect` is empty, and makes it the active child.
     // WS_MAXIMIZE in `style` maximises it.
+    // A context's view becomes the child's pane.
     virtual BOOL Create(const char* className, const char* title,
                         DWORD style = WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, const RECT& rect = CRect(),
-                        CMDIFrameWnd* parent = nullptr);
+                        CMDIFrameWnd* parent = nullptr, CCreateContext* context = nullptr);
+    using CFrameWnd::Create;
+    // The child of resource `id` in `parent` (an MDI frame, or the main
+    // window): its title is the first part of string `id`, or the document
+    // name (the second) when the first is empty; the context's template
+    // gives the menu the frame shows while the child is active.
+    BOOL LoadFrame(UINT id, DWORD style = WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW | FWS_ADDTOTITLE,
+                   CWnd* parent = nullptr, CCreateContext* context = nullptr) override;
 
     CMDIFrameWnd* GetMDIFrame() const;
     void MDIActivate();
@@ -36,6 +44,9 @@ public:
     // A child made with new deletes itself once destroyed (the framework's
     // rule for frames); one that lives elsewhere clears this first.
     bool m_bAutoDelete = true;
+    // The menu the frame shows while this child is active; null keeps the
+    // frame's own. (The template's accelerators go to m_hAccelTable.)
+    HMENU m_hMenuShared = nullptr;
 
     // The caption buttons in window coordinates (empty when not shown).
     enum class Box { Minimize, Maximize, Close };

@@ -137,8 +137,12 @@ void CMDIClientWnd::RemoveChild(CMDIChildWnd* child)
                 Maximize(next);
         }
     }
-    if (m_children.empty())
+    if (m_children.empty()) {
         m_cascadeNext = 0;
+        CMDIFrameWnd* frame = Frame();
+        if (frame && frame->m_hMenuDefault && m_frameMenu && m_frameMenu != frame->m_hMenuDefault)
+            SetMenus(frame->m_hMenuDefault, FindWindowMenu(frame->m_hMenuDefault));
+    }
     UpdateWindowMenu();
     UpdateFrameTitle();
 }
@@ -149,8 +153,10 @@ void CMDIClientWnd::Activate(CMDIChildWnd* child)
         return;
     CMDIChildWnd* old = m_active;
     child->SetWindowPos(&CWnd::wndTop, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    if (old == child)
+    if (old == child) {
+        UpdateWindowMenu();
         return;
+    }
     m_active = child;
     // A maximised child hands its state on: the platform keeps one
     // maximised child, the active one.
@@ -163,6 +169,12 @@ void CMDIClientWnd::Activate(CMDIChildWnd* child)
     if (old && old->m_hWnd)
         old->SendMessage(WM_MDIACTIVATE, from, to);
     child->SendMessage(WM_MDIACTIVATE, from, to);
+    // The frame shows the menu of the child's kind, or its own.
+    if (CMDIFrameWnd* frame = Frame()) {
+        HMENU wanted = child->m_hMenuShared ? child->m_hMenuShared : frame->m_hMenuDefault;
+        if (wanted && wanted != m_frameMenu)
+            SetMenus(wanted, FindWindowMenu(wanted));
+    }
     if (m_hWnd && child->m_hWnd && GetTopLevelParent() == CWnd::GetActiveWindow()) {
         CWnd* focus = CWnd::GetFocus();
         if (!focus || !child->IsChild(focus))
@@ -317,6 +329,20 @@ void CMDIClientWnd::Next(bool previous)
     Activate(target);
     if (!previous)
         old->SetWindowPos(&CWnd::wndBottom, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+HMENU CMDIClientWnd::FindWindowMenu(HMENU menu)
+{
+    // The popup with the Window commands; else the frame's current one.
+    for (int i = 0; menu && i < GetMenuItemCount(menu); ++i) {
+        HMENU popup = GetSubMenu(menu, i);
+        for (int k = 0; popup && k < GetMenuItemCount(popup); ++k) {
+            const UINT id = GetMenuItemID(popup, k);
+            if (id >= ID_WINDOW_NEW && id <= ID_WINDOW_TILE_VERT)
+                return popup;
+        }
+    }
+    return nullptr;
 }
 
 HMENU CMDIClientWnd::SetMenus(HMENU frameMenu, HMENU windowMenu)

@@ -57,6 +57,7 @@ private:
     void Minimize(CMDIChildWnd* child);
     void Next(bool previous);
     HMENU SetMenus(HMENU frameMenu, HMENU windowMenu);
+    static HMENU FindWindowMenu(HMENU menu);
     void UpdateWindowMenu();
     void UpdateFrameTitle();
     // Visible children that are not minimised, the active one last.

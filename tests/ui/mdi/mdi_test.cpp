@@ -7,7 +7,10 @@
 
 #include "platform/windows/sysmetrics.h"
 #include "ui/mdi/cmdichildwnd.h"
+#include "platform/shell/resources.h"
 #include "ui/mdi/cmdiclientwnd.h"
+#include "ui/mdi/cmultidoctemplate.h"
+#include "ui/menus/accelerators.h"
 #include "ui/menus/winmenu.h"
 
 #include <string>
@@ -343,4 +346,170 @@ TEST(Mdi, TheChildsPaintedCaptionShowsWhichIsActive)
     EXPECT_PIXEL(image, ra.left + 120, ra.top + f + 2, GetSysColor(COLOR_INACTIVECAPTION));
     // The workspace around them.
     EXPECT_PIXEL(image, rb.right + 20, rb.bottom + 20, GetSysColor(COLOR_APPWORKSPACE));
+}
+
+namespace {
+
+constexpr UINT kIdFrame = 7100;
+constexpr UINT kIdDrawing = 7101;
+constexpr UINT kCmdZoom = 7200;
+constexpr UINT kCmdPrint = 7201;
+
+// A frame that counts the commands it hears and what its descendants heard.
+class CountingFrame : public CMDIFrameWnd {
+public:
+    std::vector<UINT> commands;
+
+protected:
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override
+    {
+        if (LOWORD(wParam) == kCmdZoom || LOWORD(wParam) == kCmdPrint) {
+            commands.push_back(LOWORD(wParam));
+            return TRUE;
+        }
+        return CMDIFrameWnd::OnCommand(wParam, lParam);
+    }
+};
+
+class View : public CWnd {
+public:
+    int initialUpdates = 0;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_INITIALUPDATE)
+            ++initialUpdates;
+        return CWnd::WindowProc(message, wParam, lParam);
+    }
+};
+
+struct Resources {
+    Resources()
+    {
+        using vx::MenuTemplateItem;
+        vx::SetString(kIdFrame, "Plan AT\nPlan");
+        vx::SetString(kIdDrawing, "\nRysunek\nRysunki");
+        vx::SetMenuTemplate(MAKEINTRESOURCE(kIdFrame),
+                            {{MF_POPUP, 0, "&Plik", {{MF_STRING, kCmdPrint, "&Drukuj", {}}}},
+                             {MF_POPUP, 0, "&Okno", {{MF_STRING, ID_WINDOW_CASCADE, "&Kaskada", {}}}}});
+        vx::SetMenuTemplate(MAKEINTRESOURCE(kIdDrawing),
+                            {{MF_POPUP, 0, "&Plik", {{MF_STRING, kCmdPrint, "&Drukuj", {}}}},
+                             {MF_POPUP, 0, "&Widok", {{MF_STRING, kCmdZoom, "&Powi\xEAkszenie", {}}}},
+                             {MF_POPUP, 0, "&Okno", {{MF_STRING, ID_WINDOW_TILE_HORZ, "&S\xB9siaduj\xB9" "co", {}}}}});
+        vx::SetAcceleratorTable(MAKEINTRESOURCE(kIdFrame), {{FVIRTKEY | FCONTROL, 'P', kCmdPrint}});
+        vx::SetAcceleratorTable(MAKEINTRESOURCE(kIdDrawing), {{FVIRTKEY | FCONTROL, 'Z', kCmdZoom}});
+    }
+    ~Resources()
+    {
+        vx::ResetStrings();
+        vx::SetMenuTemplate(MAKEINTRESOURCE(kIdFrame), {});
+        vx::SetMenuTemplate(MAKEINTRESOURCE(kIdDrawing), {});
+        vx::SetAcceleratorTable(MAKEINTRESOURCE(kIdFrame), {});
+        vx::SetAcceleratorTable(MAKEINTRESOURCE(kIdDrawing), {});
+    }
+};
+
+std::string MenuTitles(HMENU menu)
+{
+    std::string out;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        char text[40] = {};
+        GetMenuStringA(menu, static_cast<UINT>(i), text, sizeof text, MF_BYPOSITION);
+        out += std::string(i ? "|" : "") + text;
+    }
+    return out;
+}
+
+} // namespace
+
+TEST(MdiTemplates, LoadFrameTakesTitleMenuAndAcceleratorsAndTheTemplatesChildrenSwitchTheMenu)
+{
+    Resources res;
+    CountingFrame frame;
+    ASSERT_TRUE(frame.LoadFrame(kIdFrame));
+    EXPECT_EQ(frame.GetWindowTextString(), CString("Plan AT"));
+    EXPECT_EQ(frame.m_nIDHelp, kIdFrame);
+    ASSERT_NE(frame.m_hMenuDefault, nullptr);
+    EXPECT_EQ(::GetMenu(frame.m_hWnd), frame.m_hMenuDefault);
+    EXPECT_EQ(MenuTitles(frame.m_hMenuDefault), "&Plik|&Okno");
+    ASSERT_TRUE(frame.CreateClient(GetSubMenu(frame.m_hMenuDefault, 1)));
+    frame.ShowWindow(SW_SHOW);
+    frame.SetActiveWindow();
+    // The frame's accelerator becomes its command.
+    vxtest::Key('P', vxtest::kCtrl, &frame);
+    EXPECT_EQ(frame.commands, std::vector<UINT>{kCmdPrint});
+
+    AfxSetMainWnd(&frame);
+    View* view = nullptr;
+    {
+        CMultiDocTemplate drawings(kIdDrawing, [] { return new CMDIChildWnd; }, [&view] { return view = new View; });
+        EXPECT_EQ(CMultiDocTemplate::Templates().back(), &drawings);
+        EXPECT_EQ(MenuTitles(drawings.m_hMenuShared), "&Plik|&Widok|&Okno");
+        CFrameWnd* made = drawings.CreateNewFrame(nullptr, nullptr);
+        ASSERT_NE(made, nullptr);
+        auto* child = dynamic_cast<CMDIChildWnd*>(made);
+        ASSERT_NE(child, nullptr);
+        ASSERT_NE(view, nullptr);
+        EXPECT_EQ(view->GetParent(), child);
+        EXPECT_EQ(view->GetDlgCtrlID(), AFX_IDW_PANE_FIRST);
+        EXPECT_EQ(view->initialUpdates, 0) << "a context defers the initial update";
+        EXPECT_EQ(child->GetWindowTextString(), CString("Rysunek")) << "the document name when the title is empty";
+        drawings.InitialUpdateFrame(child, nullptr);
+        EXPECT_EQ(view->initialUpdates, 1);
+        EXPECT_TRUE(child->IsWindowVisible());
+        EXPECT_EQ(frame.MDIGetActive(), child);
+        // The frame shows the child's menu, with its Window menu listing it.
+        EXPECT_EQ(::GetMenu(frame.m_hWnd), drawings.m_hMenuShared);
+        HMENU windowMenu = GetSubMenu(drawings.m_hMenuShared, 2);
+        EXPECT_EQ(GetMenuItemID(windowMenu, GetMenuItemCount(windowMenu) - 1), AFX_IDM_FIRST_MDICHILD);
+        // The view fills the child's client area.
+        CRect viewRect;
+        view->GetWindowRect(&viewRect);
+        child->ScreenToClient(&viewRect);
+        CRect childClient;
+        child->GetClientRect(&childClient);
+        EXPECT_EQ(viewRect, childClient);
+        // The template's accelerator, pressed in the view, reaches the frame.
+        view->SetFocus();
+        vxtest::Key('Z', vxtest::kCtrl);
+        EXPECT_EQ(frame.commands, (std::vector<UINT>{kCmdPrint, kCmdZoom}));
+        // The last child gone, the frame's own menu is back.
+        child->SendMessage(WM_CLOSE);
+        EXPECT_EQ(::GetMenu(frame.m_hWnd), frame.m_hMenuDefault);
+    }
+    AfxSetMainWnd(nullptr);
+}
+
+TEST(MdiTemplates, AFrameWithoutItsMenuIsNotMadeAndLoadFrameSendsTheInitialUpdate)
+{
+    Resources res;
+    CFrameWnd missing;
+    EXPECT_FALSE(missing.LoadFrame(kIdFrame + 50));
+    EXPECT_EQ(missing.m_hWnd, nullptr);
+
+    CFrameWnd frame;
+    View pane;
+    CCreateContext context;
+    context.m_newView = [&pane] { return &pane; };
+    ASSERT_TRUE(frame.Create(nullptr, "Plan", WS_OVERLAPPEDWINDOW, CFrameWnd::rectDefault, nullptr, nullptr, 0,
+                             &context));
+    EXPECT_EQ(pane.GetParent(), &frame);
+    EXPECT_EQ(pane.initialUpdates, 0);
+    frame.DestroyWindow();
+
+    // Without a context LoadFrame tells the descendants itself.
+    class PaneFrame : public CFrameWnd {
+    public:
+        View pane;
+
+    protected:
+        int OnCreate() override
+        {
+            pane.CreateEx("", "VxPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), this, AFX_IDW_PANE_FIRST);
+            return CFrameWnd::OnCreate();
+        }
+    } loaded;
+    ASSERT_TRUE(loaded.LoadFrame(kIdFrame));
+    EXPECT_EQ(loaded.pane.initialUpdates, 1);
 }
