@@ -45,6 +45,14 @@ public:
     virtual bool Next() = 0;
     // The key of the row, for a cursor on the rows of a table.
     virtual std::int64_t Key() const = 0;
+    // Next and Key in one call: the step of a walk over a table's rows.
+    virtual bool NextKeyed(std::int64_t& key)
+    {
+        if (!Next())
+            return false;
+        key = Key();
+        return true;
+    }
     // Value `i` of the row (the key not counted); valid until the next call.
     virtual ValueView Value(std::size_t i) const = 0;
     // Value `i` as a variant of `column`'s type: the read of a record set

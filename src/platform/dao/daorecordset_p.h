@@ -129,16 +129,17 @@ struct DaoRecordsetPrivate {
     // through this database since the stream read it.
     bool OnStreamRow() const { return streaming && pos == streamRow && streamStamp == db->changeStamp; }
 
+    // Small enough to go inline into each read of a field; the other cases
+    // are out of line.
     void Read(std::size_t i, COleVariant& value)
     {
         if (OnStreamRow() && editMode == dbEditNone && !lastPending) [[likely]]
             ReadStream(i, value);
-        else if (editMode == dbEditNone && !lastPending && !bof && !eof && !currentDeleted &&
-                 db->changeStamp == synced && rows.Held(static_cast<std::size_t>(pos)))
-            rows.ToVariant(Row(pos)[i], columns[i], value);
         else
-            ReadCarefully(i, value);
+            ReadHeld(i, value);
     }
+    // A record the set holds, or any other case.
+    void ReadHeld(std::size_t i, COleVariant& value);
     void ReadStream(std::size_t i, COleVariant& value) const
     {
         stream->ToVariant(i, columns[i], value);

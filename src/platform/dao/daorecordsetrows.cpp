@@ -212,8 +212,10 @@ void DaoRecordsetPrivate::Open(DaoDatabasePrivate& database, int openType, const
 void DaoRecordsetPrivate::ReadAll(Cursor& cursor, bool keyed)
 {
     rows.StartHolding();
-    while (cursor.Next()) {
-        const std::int64_t key = keyed ? cursor.Key() : static_cast<std::int64_t>(rows.Rows());
+    std::int64_t key = 0;
+    while (keyed ? cursor.NextKeyed(key) : cursor.Next()) {
+        if (!keyed)
+            key = static_cast<std::int64_t>(rows.Rows());
         LoadRow<true>(cursor, rows, rows.AppendUnfilledRow(key, synced));
     }
 }
@@ -255,8 +257,9 @@ int DaoRecordsetPrivate::SearchColumn(const char* name) const
 bool DaoRecordsetPrivate::Advance()
 {
     bool more = false;
+    std::int64_t key = 0;
     try {
-        more = stream->Next();
+        more = stream->NextKeyed(key);
     } catch (...) {
         // The statement can't go on after an error: the members read so far
         // stay, and the set reads no more.
@@ -267,7 +270,7 @@ bool DaoRecordsetPrivate::Advance()
         StopStreaming();
         return false;
     }
-    rows.AppendMember(stream->Key());
+    rows.AppendMember(key);
     streamRow = Count() - 1;
     streamStamp = db->changeStamp;
     return true;
@@ -302,6 +305,15 @@ void DaoRecordsetPrivate::StopStreaming()
     streaming = false;
     streamRow = -1;
     std::erase(db->streams, this);
+}
+
+void DaoRecordsetPrivate::ReadHeld(std::size_t i, COleVariant& value)
+{
+    if (editMode == dbEditNone && !lastPending && !bof && !eof && !currentDeleted && db->changeStamp == synced &&
+        rows.Held(static_cast<std::size_t>(pos)))
+        rows.ToVariant(Row(pos)[i], columns[i], value);
+    else
+        ReadCarefully(i, value);
 }
 
 void DaoRecordsetPrivate::ReadCarefully(std::size_t i, COleVariant& value)
@@ -345,8 +357,8 @@ void DaoRecordsetPrivate::Materialize()
     // only then are members looked up by key.
     std::unordered_map<std::int64_t, std::size_t> index;
     std::size_t expect = 0;
-    while (cursor->Next()) {
-        const std::int64_t key = cursor->Key();
+    std::int64_t key = 0;
+    while (cursor->NextKeyed(key)) {
         std::size_t r = expect;
         if (r >= rows.Rows() || rows.RowId(r) != key) {
             if (index.empty())

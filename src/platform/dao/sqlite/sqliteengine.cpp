@@ -206,13 +206,17 @@ Statement& Statement::operator=(Statement&& other) noexcept
 int Statement::Step()
 {
     const int rc = sqlite3_step(m_stmt);
-    if (rc != SQLITE_ROW && rc != SQLITE_DONE) {
-        sqlite3* db = sqlite3_db_handle(m_stmt);
-        const std::string sql = sqlite3_sql(m_stmt) ? sqlite3_sql(m_stmt) : "";
-        sqlite3_reset(m_stmt);
-        ThrowSqlite(db, rc, sql);
-    }
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+        Fail(rc);
     return rc;
+}
+
+void Statement::Fail(int rc)
+{
+    sqlite3* db = sqlite3_db_handle(m_stmt);
+    const std::string sql = sqlite3_sql(m_stmt) ? sqlite3_sql(m_stmt) : "";
+    sqlite3_reset(m_stmt);
+    ThrowSqlite(db, rc, sql);
 }
 
 namespace {

@@ -40,6 +40,8 @@ public:
     sqlite3_stmt* get() const { return m_stmt; }
     // SQLITE_ROW or SQLITE_DONE; anything else throws.
     int Step();
+    // Throws the error `rc` of a step, after resetting the statement.
+    [[noreturn]] void Fail(int rc);
 
 private:
     sqlite3_stmt* m_stmt = nullptr;

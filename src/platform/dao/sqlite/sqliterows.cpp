@@ -13,6 +13,20 @@ public:
 
     bool Next() override { return m_statement.Step() == SQLITE_ROW; }
     std::int64_t Key() const override { return sqlite3_column_int64(m_statement.get(), 0); }
+    bool NextKeyed(std::int64_t& key) override
+    {
+        // Stepped here rather than through Step: this runs once per record
+        // of every walk, and Step is out of line.
+        sqlite3_stmt* s = m_statement.get();
+        const int rc = sqlite3_step(s);
+        if (rc == SQLITE_ROW) [[likely]] {
+            key = sqlite3_column_int64(s, 0);
+            return true;
+        }
+        if (rc != SQLITE_DONE)
+            m_statement.Fail(rc);
+        return false;
+    }
     ValueView Value(std::size_t i) const override
     {
         return ViewValue(m_statement.get(), static_cast<int>(i) + m_first);
@@ -45,7 +59,7 @@ public:
         default:
             break;
         }
-        ValueToVariant(Value(i), column, out);
+        ConvertValue(i, column, out);
     }
     std::size_t Width() const override
     {
@@ -64,6 +78,12 @@ public:
     }
 
 private:
+    // The other cases, apart so that the usual ones need no frame for a view.
+    [[gnu::noinline]] void ConvertValue(std::size_t i, const DaoColumn& column, COleVariant& out) const
+    {
+        ValueToVariant(Value(i), column, out);
+    }
+
     Statement m_statement;
     int m_first;
 };
