@@ -539,4 +539,39 @@ TEST_F(PreviewTest, TheUserTurnsThePreviewOffAndOnAndItFollowsTheDialog)
     EXPECT_EQ(okAfter.TopLeft(), CPoint(frameAfter.right - 99, frameAfter.bottom - 108));
 }
 
+// Left off by the last dialog, the preview stays away until the user turns
+// it on; then the drawing of the selected file comes.
+TEST_F(PreviewTest, APreviewLeftOffComesWhenTheUserTurnsItOn)
+{
+    ASSERT_NE(StartIt("draw").window, nullptr);
+    vxtest::TempDir project;
+    project.Write("Schalt.ELD", "x");
+    const std::string folder = project.Path();
+    KDateiVorschau::s_GlobalOnOff = 0;
+    PreviewDialog dlg(TRUE, nullptr, nullptr, OFN_HIDEREADONLY, "Alle (*.*)|*.*||");
+    dlg.m_ofn.lpstrInitialDir = folder.c_str();
+    UINT checkedAtStart = 2;
+    bool stayedAway = false;
+    bool came = false;
+    dlg.step = [&](PreviewDialog& d) {
+        checkedAtStart = d.IsDlgButtonChecked(vx::kVorschauCheckId);
+        CWnd* frame = d.GetParent();
+        QFileDialog* view = vx::WidgetOfWindow(frame->GetDlgItem(lst1))->findChild<QFileDialog*>();
+        ASSERT_NE(view, nullptr);
+        view->selectFile(QStringLiteral("Schalt.ELD"));
+        KVorschauWnd& preview = d.m_Vorschau;
+        PumpUntil([&] { return preview.m_Path.Find("Schalt.ELD") >= 0; });
+        vx::ProcessUiEvents(100);
+        stayedAway = preview.m_Path.Find("Schalt.ELD") >= 0 && !preview.IsWindowVisible() && !preview.m_Vorschau.m_hBitmap;
+        vxtest::Click(*d.GetDlgItem(vx::kVorschauCheckId), 4, 4);
+        came = PumpUntil([&] { return preview.IsWindowVisible() && preview.m_Vorschau.m_hBitmap; });
+        vxtest::Click(*d.GetDlgItem(vx::kSkinCancelId), 4, 4);
+    };
+    EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    EXPECT_EQ(checkedAtStart, 0u);
+    EXPECT_TRUE(stayedAway);
+    EXPECT_TRUE(came);
+    EXPECT_EQ(KDateiVorschau::s_GlobalOnOff, 1);
+}
+
 } // namespace
