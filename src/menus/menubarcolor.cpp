@@ -8,6 +8,7 @@
 #include "ui/gdi/cgdiobject.h"
 #include "ui/gdi/wingdi.h"
 #include "ui/images/cbitmap.h"
+#include "ui/mdi/cmultidoctemplate.h"
 #include "ui/menus/winmenu.h"
 
 #include <vector>
@@ -80,13 +81,20 @@ void UpdateMenuBarColor(HMENU menu)
     default:
         return;
     }
-    if (!brush || !menu || !IsMenu(menu))
+    if (!brush)
         return;
     MENUINFO info{};
     info.cbSize = sizeof info;
     info.fMask = MIM_BACKGROUND;
     info.hbrBack = brush;
-    SetMenuInfo(menu, &info);
+    if (menu && IsMenu(menu))
+        SetMenuInfo(menu, &info);
+    // The menus the document templates share, where they are CNewMenus.
+    for (CMultiDocTemplate* t : CMultiDocTemplate::Templates()) {
+        const auto* shared = dynamic_cast<const CNewMenu*>(t);
+        if (shared && t->m_hMenuShared && shared->m_hMenu == t->m_hMenuShared && IsMenu(t->m_hMenuShared))
+            SetMenuInfo(t->m_hMenuShared, &info);
+    }
 }
 
 BOOL DrawMenubarItem(CWnd* window, CMenu* menu, UINT position, UINT state)

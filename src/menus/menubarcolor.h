@@ -21,8 +21,9 @@ struct VXBASE_UI_EXPORT CMenuBackBrush {
     COLORREF m_Color = 0;
 };
 
-// Sets the background brush of the current draw mode on `menu` (a no-op for
-// the modes without one, a null or dead menu, or no SetMenuInfo).
+// Sets the background brush of the current draw mode on `menu` and on the
+// shared menu of every document template that is a CNewMenu (a no-op for
+// the modes without one; a null or dead menu is skipped).
 VXBASE_UI_EXPORT void UpdateMenuBarColor(HMENU menu);
 // Repaints the owner-drawn entry at `position` of `menu`, the menu bar of
 // `window`, in `state` (ODS_...) through the window's WM_DRAWITEM; 1 when

@@ -5,6 +5,7 @@
 
 #include "frames/cnewframe.h"
 #include "frames/cnewmultidoctemplate.h"
+#include "menus/menubarcolor.h"
 #include "platform/shell/resources.h"
 #include "ui/images/cbitmap.h"
 #include "ui/mdi/cmdiclientwnd.h"
@@ -84,4 +85,25 @@ TEST(NewMultiDocTemplate, WithOwnMenusOffTheSharedMenuStaysPlain)
         EXPECT_EQ(drawings.m_hMenu, nullptr);
     }
     CNewMenu::m_Enable = saved;
+}
+
+TEST(NewMultiDocTemplate, TheMenuBarColourReachesTheSharedMenus)
+{
+    DrawingResources res;
+    const UINT saved = CNewMenu::GetMenuDrawMode();
+    {
+        CNewMultiDocTemplate drawings(kIdDrawing, [] { return new CNewMDIChildWnd; });
+        MENUINFO info{};
+        info.cbSize = sizeof info;
+        info.fMask = MIM_BACKGROUND;
+        CNewMenu::SetMenuDrawMode(CNewMenu::STYLE_ORIGINAL);
+        UpdateMenuBarColor(nullptr);
+        ASSERT_TRUE(GetMenuInfo(drawings.m_hMenuShared, &info));
+        EXPECT_EQ(info.hbrBack, nullptr) << "the classic mode keeps the menu as it is";
+        CNewMenu::SetMenuDrawMode(CNewMenu::STYLE_XP_2003);
+        UpdateMenuBarColor(nullptr);
+        ASSERT_TRUE(GetMenuInfo(drawings.m_hMenuShared, &info));
+        EXPECT_NE(info.hbrBack, nullptr);
+    }
+    CNewMenu::SetMenuDrawMode(saved);
 }
