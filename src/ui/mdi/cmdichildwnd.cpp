@@ -435,6 +435,20 @@ BOOL CMDIChildWnd::PreTranslateMessage(MSG* msg)
         if (!m_active)
             MDIActivate();
     }
+    // The platform's MDI keys: Ctrl+F4 closes the active child, Ctrl+F6 and
+    // Ctrl+Tab go to the next one (with Shift, the previous).
+    if (msg->message == WM_KEYDOWN && (GetKeyState(VK_CONTROL) & 0x8000) && !(GetKeyState(VK_MENU) & 0x8000)) {
+        const bool shift = (GetKeyState(VK_SHIFT) & 0x8000) != 0;
+        if (msg->wParam == VK_F4 && !shift) {
+            PostMessage(WM_CLOSE);
+            return TRUE;
+        }
+        if (msg->wParam == VK_F6 || msg->wParam == VK_TAB) {
+            if (CMDIClientWnd* client = Client())
+                client->SendMessage(WM_MDINEXT, reinterpret_cast<WPARAM>(m_hWnd), shift);
+            return TRUE;
+        }
+    }
     // The child's accelerators send their commands to the MDI frame, which
     // hands them to the active child first.
     if (m_hAccelTable && msg->message >= WM_KEYDOWN && msg->message <= WM_KEYLAST) {

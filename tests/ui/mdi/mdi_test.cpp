@@ -311,6 +311,33 @@ TEST(Mdi, AFrameBuiltHiddenPlacesAndListsItsChildren)
     EXPECT_EQ(m.WindowEntries(), (std::vector<std::string>{"&1 A", "*&2 B"}));
 }
 
+TEST(Mdi, CtrlF6WalksTheChildrenAndCtrlF4ClosesTheActiveOne)
+{
+    Mdi m;
+    m.Make();
+    Child c[3];
+    for (Child& child : c)
+        ASSERT_TRUE(child.Create(nullptr, "C", WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), &m.frame));
+    c[2].SetFocus();
+    vxtest::Key(VK_F6, vxtest::kCtrl);
+    EXPECT_EQ(m.frame.MDIGetActive(), &c[1]);
+    vxtest::Key(VK_F6, vxtest::kCtrl);
+    EXPECT_EQ(m.frame.MDIGetActive(), &c[0]);
+    vxtest::Key(VK_F6, vxtest::kCtrl);
+    EXPECT_EQ(m.frame.MDIGetActive(), &c[2]) << "round all three";
+    vxtest::Key(VK_F6, vxtest::kCtrl | vxtest::kShift);
+    EXPECT_EQ(m.frame.MDIGetActive(), &c[0]);
+    EXPECT_EQ(CWnd::GetFocus(), &c[0]) << "the focus follows";
+    vxtest::Key(VK_F4, vxtest::kCtrl);
+    vx::PumpMessages();
+    EXPECT_EQ(c[0].m_hWnd, nullptr);
+    EXPECT_NE(m.frame.MDIGetActive(), nullptr);
+    // Plain F6 is the view's.
+    CMDIChildWnd* active = m.frame.MDIGetActive();
+    vxtest::Key(VK_F6);
+    EXPECT_EQ(m.frame.MDIGetActive(), active);
+}
+
 TEST(Mdi, InitialUpdateReachesEveryDescendant)
 {
     Mdi m;
