@@ -86,6 +86,15 @@ LRESULT HitTest(CFrameWnd& frame, CNewFrameData& data, LRESULT hit, LPARAM lPara
 
 namespace vx {
 
+void NewFrameMenuMade(CFrameWnd& frame, CNewFrameData& data)
+{
+    HMENU menu = data.m_DefaultNewMenu.m_hMenu;
+    if (!menu || !frame.m_hWnd)
+        return;
+    ::SetMenu(frame.m_hWnd, menu);
+    UpdateMenuBarColor(menu);
+}
+
 void DrawSmallBorder(CFrameWnd& frame)
 {
     if (!frame.m_hWnd)

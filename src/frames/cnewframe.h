@@ -41,6 +41,9 @@ VXBASE_UI_EXPORT LRESULT NewFrameProc(CFrameWnd& frame, CNewFrameData& data, UIN
 // The line between the menu bar and the client, in the frame menu's
 // background brush; nothing without one.
 VXBASE_UI_EXPORT void DrawSmallBorder(CFrameWnd& frame);
+// A frame made with the menu its CNewMenu loaded: the menu goes on the
+// window and takes the menu bar colour of the draw mode.
+VXBASE_UI_EXPORT void NewFrameMenuMade(CFrameWnd& frame, CNewFrameData& data);
 // Makes the library's dock bars for the sides of `style` that have none.
 VXBASE_UI_EXPORT void NewFrameEnableDocking(CFrameWnd& frame, CNewFrameData& data, DWORD style);
 
@@ -56,6 +59,23 @@ public:
             this->DestroyWindow();
     }
     void DrawSmallBorder() { vx::DrawSmallBorder(*this); }
+    using Base::Create;
+    // As the framework's, but the menu is loaded by the frame's CNewMenu;
+    // without it there is no frame.
+    BOOL Create(const char* className, const char* title, DWORD style = WS_OVERLAPPEDWINDOW,
+                const RECT& rect = CFrameWnd::rectDefault, CWnd* parent = nullptr, const char* menuName = nullptr,
+                DWORD exStyle = 0, CCreateContext* context = nullptr) override
+    {
+        if (menuName && !this->m_DefaultNewMenu.LoadMenu(menuName)) {
+            this->PostNcDestroy();
+            return FALSE;
+        }
+        if (!this->CFrameWnd::Create(className, title, style, rect, parent, nullptr, exStyle, context))
+            return FALSE;
+        if (menuName)
+            vx::NewFrameMenuMade(*this, *this);
+        return TRUE;
+    }
     // As the framework's, with CNewDockBar sides and CNewMiniDockFrameWnd
     // for floating bars.
     void EnableDocking(DWORD style)

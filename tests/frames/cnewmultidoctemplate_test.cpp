@@ -107,3 +107,19 @@ TEST(NewMultiDocTemplate, TheMenuBarColourReachesTheSharedMenus)
     }
     CNewMenu::SetMenuDrawMode(saved);
 }
+
+TEST(NewMultiDocTemplate, ANewFrameLoadsItsMenuIntoItsCNewMenuOrIsNotMade)
+{
+    DrawingResources res;
+    CNewFrameWnd frame;
+    ASSERT_TRUE(frame.LoadFrame(kIdDrawing));
+    EXPECT_NE(frame.m_DefaultNewMenu.m_hMenu, nullptr);
+    EXPECT_EQ(::GetMenu(frame.m_hWnd), frame.m_DefaultNewMenu.m_hMenu);
+    EXPECT_EQ(frame.m_hMenuDefault, frame.m_DefaultNewMenu.m_hMenu);
+    ASSERT_NE(frame.m_DefaultNewMenu.FindMenuItem(kCmdLine), nullptr) << "the items are the CNewMenu's";
+    frame.DestroyWindow();
+
+    CNewFrameWnd missing;
+    EXPECT_FALSE(missing.LoadFrame(kIdDrawing + 40));
+    EXPECT_EQ(missing.m_hWnd, nullptr);
+}
