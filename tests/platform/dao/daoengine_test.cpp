@@ -53,31 +53,6 @@ void MakeAllTypes(const std::string& file)
 
 } // namespace
 
-TEST(DaoEngine, ReportsEveryFieldTypeAndLengthAfterReopening)
-{
-    dbtest::TempDir dir;
-    MakeAllTypes(dir / "all.mdb");
-    CDaoDatabase db;
-    db.Open((dir / "all.mdb").c_str());
-    CDaoTableDef def(&db);
-    def.Open("all"); // names are found without regard to case
-    ASSERT_EQ(def.GetFieldCount(), static_cast<short>(std::size(kAllTypes)));
-    for (int i = 0; i < def.GetFieldCount(); ++i) {
-        SCOPED_TRACE(kAllTypes[i].name);
-        CDaoFieldInfo info;
-        def.GetFieldInfo(i, info);
-        EXPECT_EQ(info.m_strName, kAllTypes[i].name);
-        EXPECT_EQ(info.m_nType, kAllTypes[i].type);
-        EXPECT_EQ(info.m_lSize, kAllTypes[i].reportedSize);
-        EXPECT_EQ((info.m_lAttributes & dbAutoIncrField) != 0, kAllTypes[i].attributes != 0);
-    }
-    EXPECT_EQ(ErrorOf([&] {
-                  CDaoFieldInfo info;
-                  def.GetFieldInfo("Missing", info);
-              }),
-              vx::kDaoItemNotFound);
-}
-
 TEST(DaoEngine, KeepsCurrencyExactAndDatesAsDoubles)
 {
     dbtest::TempDir dir;
@@ -301,30 +276,6 @@ TEST(DaoEngine, ShowsChangesOfOtherRecordSetsOfTheSameDatabase)
     EXPECT_EQ(reader.GetFieldValue("Count").lVal, 2);
     db.Execute("DELETE FROM [All]");
     EXPECT_EQ(ErrorOf([&] { reader.GetFieldValue("Count"); }), vx::kDaoRecordDeleted);
-}
-
-TEST(DaoEngine, TransactionsCommitOnceOrRollBack)
-{
-    dbtest::TempDir dir;
-    MakeAllTypes(dir / "all.mdb");
-    CDaoDatabase db;
-    db.Open((dir / "all.mdb").c_str());
-    CDaoRecordset set(&db);
-    set.Open(dbOpenDynaset, "SELECT * FROM [All]");
-    db.m_pWorkspace->BeginTrans();
-    set.AddNew();
-    set.SetFieldValue("Count", COleVariant(1));
-    set.Update();
-    db.m_pWorkspace->Rollback();
-    db.m_pWorkspace->BeginTrans();
-    set.AddNew();
-    set.SetFieldValue("Count", COleVariant(2));
-    set.Update();
-    db.m_pWorkspace->CommitTrans();
-    EXPECT_EQ(ErrorOf([&] { db.m_pWorkspace->CommitTrans(); }), vx::kDaoNoTransaction);
-    set.Requery();
-    ASSERT_EQ(set.GetRecordCount(), 1);
-    EXPECT_EQ(set.GetFieldValue("Count").lVal, 2);
 }
 
 TEST(DaoEngine, AddsFieldsAndIndexesToExistingTables)
