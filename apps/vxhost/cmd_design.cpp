@@ -172,8 +172,8 @@ int Tour()
 int RunDesign(vxhost::Args& args)
 {
     const auto& words = args.words;
-    const bool screenshot = words.size() == 2 && words[0] == "--screenshot" && !vxhost::IsOption(words[1]) &&
-                            !words[1].empty();
+    const std::string shots = vxhost::ScreenshotDir(words);
+    const bool screenshot = !shots.empty();
     if (!words.empty() && !screenshot)
         return vxhost::Usage("design");
     if (args.tour && !std::getenv("QT_QPA_PLATFORM"))
@@ -183,7 +183,7 @@ int RunDesign(vxhost::Args& args)
     if (args.tour)
         rc = Tour();
     else if (screenshot)
-        rc = Screenshot(words[1]);
+        rc = Screenshot(shots);
     else
         rc = Interactive();
     vx::ShutdownUi();

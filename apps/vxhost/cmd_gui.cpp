@@ -344,9 +344,8 @@ int RunGui(vxhost::Args& args)
     const auto& words = args.words;
     if (words.empty())
         return RunFrame(std::string());
-    if (words.size() == 2 && words[0] == "--screenshot" && !vxhost::IsOption(words[1]) && !words[1].empty())
-        return RunFrame(words[1]);
-    return vxhost::Usage("gui");
+    const std::string shots = vxhost::ScreenshotDir(words);
+    return shots.empty() ? vxhost::Usage("gui") : RunFrame(shots);
 }
 
 int RunScreenshot(vxhost::Args& args)

@@ -348,11 +348,9 @@ int Screenshots(PartsFrame& frame, const std::string& dir)
 
 int RunList(vxhost::Args& args)
 {
-    std::string shots;
     const auto& words = args.words;
-    if (words.size() == 2 && words[0] == "--screenshot" && !vxhost::IsOption(words[1]) && !words[1].empty())
-        shots = words[1];
-    else if (!words.empty())
+    const std::string shots = vxhost::ScreenshotDir(words);
+    if (shots.empty() && !words.empty())
         return vxhost::Usage("list");
     vx::InitUi();
     CWnd* oldMain = AfxGetMainWnd();

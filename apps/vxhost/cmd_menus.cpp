@@ -336,11 +336,9 @@ int Screenshots(MenuDemo& demo, const std::string& dir)
 
 int RunMenus(vxhost::Args& args)
 {
-    std::string shots;
     const auto& words = args.words;
-    if (words.size() == 2 && words[0] == "--screenshot" && !vxhost::IsOption(words[1]) && !words[1].empty())
-        shots = words[1];
-    else if (!words.empty())
+    const std::string shots = vxhost::ScreenshotDir(words);
+    if (shots.empty() && !words.empty())
         return vxhost::Usage("menus");
     vx::InitUi();
     int rc = 0;

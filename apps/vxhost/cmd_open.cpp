@@ -78,10 +78,8 @@ void MakeProject(const std::string& dir)
 
 int RunOpen(vxhost::Args& args)
 {
-    std::string shots;
-    if (args.words.size() == 2 && args.words[0] == "--screenshot")
-        shots = args.words[1];
-    else if (!args.words.empty())
+    const std::string shots = vxhost::ScreenshotDir(args.words);
+    if (shots.empty() && !args.words.empty())
         return vxhost::Usage("open");
     char pattern[] = "/tmp/vxopen-XXXXXX";
     if (!mkdtemp(pattern)) {

@@ -219,14 +219,14 @@ int Offscreen()
 int RunResize(vxhost::Args& args)
 {
     const auto& words = args.words;
-    const bool screenshot = words.size() == 2 && words[0] == "--screenshot" && !vxhost::IsOption(words[1]) &&
-                            !words[1].empty();
+    const std::string shots = vxhost::ScreenshotDir(words);
+    const bool screenshot = !shots.empty();
     if (!words.empty() && !screenshot)
         return vxhost::Usage("resize");
     vx::InitUi();
     int rc = 0;
     if (screenshot) {
-        rc = Screenshot(words[1]);
+        rc = Screenshot(shots);
     } else if (!vx::HasDisplay()) {
         rc = Offscreen();
     } else {

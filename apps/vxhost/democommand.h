@@ -46,6 +46,9 @@ int Usage(const char* command);
 // Whether `word` looks like an option ("--..."), which a command that takes
 // texts refuses rather than read as one.
 bool IsOption(const std::string& word);
+// The DIR of arguments that are exactly "--screenshot DIR", "" for any other
+// arguments (the window commands take that or nothing).
+std::string ScreenshotDir(const std::vector<std::string>& words);
 
 // Prints a heading of the tour.
 void Heading(const char* title);

@@ -43,6 +43,13 @@ bool IsOption(const std::string& word)
     return word.rfind("--", 0) == 0;
 }
 
+std::string ScreenshotDir(const std::vector<std::string>& words)
+{
+    if (words.size() == 2 && words[0] == "--screenshot" && !IsOption(words[1]))
+        return words[1];
+    return std::string();
+}
+
 void Heading(const char* title)
 {
     std::printf("\n== %s ==\n", title);
