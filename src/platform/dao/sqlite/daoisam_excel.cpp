@@ -19,6 +19,7 @@
 #include <xlsxwriter.h>
 
 #include <cstdio>
+#include <unordered_set>
 #include <sys/stat.h>
 
 namespace vx {
@@ -183,15 +184,14 @@ private:
             longest[cell.col] = std::max(longest[cell.col], v.kind == DaoValue::Text ? v.s.size() : 24);
             kinds[cell.col] = kinds[cell.col] == 0 || kinds[cell.col] == kind ? kind : 3;
         }
-        std::vector<std::string> names;
+        std::unordered_set<std::string> names; // folded as the engine compares them
         std::string create = "CREATE TABLE " + QuoteName(table) + " (";
         for (unsigned short c = 0; c < cols; ++c) {
             std::string name = header[c] ? (header[c]->kind == DaoValue::Text ? header[c]->s : std::to_string(c + 1))
                                          : "F" + std::to_string(c + 1);
-            for (const auto& n : names)
-                if (EqualNoCase(n, name))
-                    name = "F" + std::to_string(c + 1);
-            names.push_back(name);
+            if (names.count(AsciiLowerCopy(name)))
+                name = "F" + std::to_string(c + 1);
+            names.insert(AsciiLowerCopy(name));
             const char* declared = kinds[c] == 1   ? "DOUBLE"
                                    : kinds[c] == 2 ? "DATETIME"
                                    : longest[c] > 255 ? "LONGTEXT COLLATE NOCASE"

@@ -10,10 +10,16 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 namespace vx::detail {
 namespace {
+
+constexpr unsigned int kMaxRows = 65536;
+constexpr unsigned short kMaxColumns = 256;
+// Cells a workbook may ask to be looked at, empty or not: 64 full sheets.
+constexpr std::uint64_t kMaxCellVisits = std::uint64_t(64) * kMaxRows * kMaxColumns;
 
 template <class T>
 void Put(std::string& out, T value)
@@ -64,6 +70,7 @@ bool ReadWithFreexl(const std::string& path, std::string& wire)
     if (freexl_open(path.c_str(), &book) != FREEXL_OK)
         return false;
     std::vector<WorkbookSheet> sheets;
+    std::uint64_t visits = 0;
     unsigned int count = 0;
     bool ok = freexl_get_info(book, FREEXL_BIFF_SHEET_COUNT, &count) == FREEXL_OK;
     for (unsigned int i = 0; ok && i < count && i <= 0xFFFF; ++i) {
@@ -79,6 +86,13 @@ bool ReadWithFreexl(const std::string& path, std::string& wire)
         unsigned int rows = 0;
         unsigned short cols = 0;
         freexl_worksheet_dimensions(book, &rows, &cols);
+        // A sheet holds at most 65,536 rows of 256 columns; a damaged
+        // dimension beyond that is refused rather than walked.
+        visits += std::uint64_t(rows) * cols;
+        if (rows > kMaxRows || cols > kMaxColumns || visits > kMaxCellVisits) {
+            ok = false;
+            break;
+        }
         sheet.rows = rows;
         sheet.cols = cols;
         for (unsigned int r = 0; r < rows; ++r) {
