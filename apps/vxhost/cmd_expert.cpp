@@ -11,6 +11,7 @@
 // After OK the values are read back from their files and listed. Without a
 // display it opens, lists the grid and ends.
 #include "democommand.h"
+#include "modalrun.h"
 
 #ifdef VXHOST_WITH_UI
 
@@ -20,7 +21,6 @@
 #include <QDir>
 #include <QImage>
 #include <QPainter>
-#include <QTimer>
 
 #include <cstdlib>
 #include <cstring>
@@ -94,17 +94,6 @@ std::string TemporaryFolder()
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back(0);
     return mkdtemp(buffer.data()) ? std::string(buffer.data()) : std::string();
-}
-
-INT_PTR Run(KIniExpertDlg& dlg, const std::function<void(KIniExpertDlg&)>& act)
-{
-    if (act) {
-        QTimer::singleShot(0, [&dlg, act] {
-            if (dlg.m_hWnd)
-                act(dlg);
-        });
-    }
-    return dlg.DoModal();
 }
 
 // Input as the user gives it.
@@ -207,7 +196,7 @@ int Screenshot(const std::string& dir)
         }
     };
     KIniExpertDlg dlg(AfxGetMainWnd());
-    const INT_PTR result = Run(dlg, [&](KIniExpertDlg& d) {
+    const INT_PTR result = vxhost::RunModal(dlg, [&](KIniExpertDlg& d) {
         vx::ProcessUiEvents();
         save(d, "expert-1-opened.png");
         const int row = RowOfKey(d, "Raster");
@@ -253,14 +242,14 @@ int RunExpert(vxhost::Args& args)
         std::printf("demo settings in %s\n", folder.c_str());
         KIniExpertDlg dlg(AfxGetMainWnd());
         if (!vx::HasDisplay()) {
-            Run(dlg, [](KIniExpertDlg& d) {
+            vxhost::RunModal(dlg, [](KIniExpertDlg& d) {
                 std::printf("offscreen: the editor shows\n");
                 PrintGrid(d);
                 d.EndDialog(IDCANCEL);
             });
         } else {
             std::printf("display: double click a value (or type on it) to change it; OK writes the files.\n");
-            if (Run(dlg, nullptr) == IDOK)
+            if (vxhost::RunModal(dlg, nullptr) == IDOK)
                 PrintStored(dlg);
         }
     }

@@ -7,6 +7,7 @@
 // Without a display it opens, grows by a step, shows where some controls
 // went, and ends.
 #include "democommand.h"
+#include "modalrun.h"
 
 #ifdef VXHOST_WITH_UI
 
@@ -15,7 +16,6 @@
 
 #include <QDir>
 #include <QImage>
-#include <QTimer>
 
 #include <functional>
 #include <string>
@@ -155,17 +155,6 @@ void Grow(CWnd& dlg, int dx, int dy)
     dlg.SetWindowPos(nullptr, 0, 0, r.Width() + dx, r.Height() + dy, SWP_NOMOVE | SWP_NOZORDER);
 }
 
-INT_PTR Run(SampleDialog& dlg, const std::function<void(SampleDialog&)>& act)
-{
-    if (act) {
-        QTimer::singleShot(0, [&dlg, act] {
-            if (dlg.m_hWnd)
-                act(dlg);
-        });
-    }
-    return dlg.DoModal();
-}
-
 int Screenshot(const std::string& dir)
 {
     if (!QDir().mkpath(QString::fromStdString(dir))) {
@@ -174,7 +163,7 @@ int Screenshot(const std::string& dir)
     }
     int written = 0;
     SampleDialog dlg;
-    Run(dlg, [&](SampleDialog& d) {
+    vxhost::RunModal(dlg, [&](SampleDialog& d) {
         for (int shot = 1; shot <= 2; ++shot) {
             if (shot == 2)
                 Grow(d, 220, 140);
@@ -205,7 +194,7 @@ void PrintPlaces(CWnd& d)
 int Offscreen()
 {
     SampleDialog dlg;
-    Run(dlg, [](SampleDialog& d) {
+    vxhost::RunModal(dlg, [](SampleDialog& d) {
         std::printf("offscreen: the dialog opened at its template size:\n");
         PrintPlaces(d);
         Grow(d, 100, 60);
@@ -233,7 +222,7 @@ int RunResize(vxhost::Args& args)
         SampleDialog dlg;
         dlg.keepPlace = true;
         std::printf("display: size the dialog by its frame or its grip; OK or Cancel ends it.\n");
-        Run(dlg, nullptr);
+        vxhost::RunModal(dlg, nullptr);
     }
     vx::ShutdownUi();
     return rc;

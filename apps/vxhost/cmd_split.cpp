@@ -8,6 +8,7 @@
 // Without a display it opens, drags both bars by simulated mouse input,
 // shows where the panes went, and ends.
 #include "democommand.h"
+#include "modalrun.h"
 
 #ifdef VXHOST_WITH_UI
 
@@ -16,7 +17,6 @@
 
 #include <QDir>
 #include <QImage>
-#include <QTimer>
 
 #include <functional>
 #include <string>
@@ -105,17 +105,6 @@ private:
     }
 };
 
-INT_PTR Run(SplitDialog& dlg, const std::function<void(SplitDialog&)>& act)
-{
-    if (act) {
-        QTimer::singleShot(0, [&dlg, act] {
-            if (dlg.m_hWnd)
-                act(dlg);
-        });
-    }
-    return dlg.DoModal();
-}
-
 // The mouse as the user moves it: press on a bar, move, let go.
 void Mouse(CWnd& w, UINT message, CPoint at)
 {
@@ -146,7 +135,7 @@ int Screenshot(const std::string& dir)
     }
     int written = 0;
     SplitDialog dlg;
-    Run(dlg, [&](SplitDialog& d) {
+    vxhost::RunModal(dlg, [&](SplitDialog& d) {
         vx::ProcessUiEvents();
         Save(d, dir, "split-1-before.png", written);
         const CPoint bar = Middle(d.GetRootPane()->GetSplitterRect());
@@ -179,7 +168,7 @@ void PrintPanes(SplitDialog& d)
 int Offscreen()
 {
     SplitDialog dlg;
-    Run(dlg, [](SplitDialog& d) {
+    vxhost::RunModal(dlg, [](SplitDialog& d) {
         std::printf("offscreen: the dialog opened as its template divides it:\n");
         PrintPanes(d);
         const CPoint bar = Middle(d.GetRootPane()->GetSplitterRect());
@@ -213,7 +202,7 @@ int RunSplit(vxhost::Args& args)
         SplitDialog dlg;
         dlg.keepPlace = true;
         std::printf("display: drag the bars between the panes, or size the dialog; OK or Cancel ends it.\n");
-        Run(dlg, nullptr);
+        vxhost::RunModal(dlg, nullptr);
     }
     vx::ShutdownUi();
     return rc;
