@@ -54,23 +54,8 @@ public:
     CStringArray& Texts() { return m_ToolTexts; }
     ControlInfo* early = reinterpret_cast<ControlInfo*>(1);
 
-    CRect Place(int id)
-    {
-        CRect r;
-        GetDlgItem(id)->GetWindowRect(&r);
-        ScreenToClient(&r);
-        return r;
-    }
-    // Sets the client size as the desktop would (WM_SIZE follows).
-    void Client(int cx, int cy)
-    {
-        CRect w;
-        GetWindowRect(&w);
-        CRect c;
-        GetClientRect(&c);
-        SetWindowPos(nullptr, 0, 0, cx + w.Width() - c.Width(), cy + w.Height() - c.Height(),
-                     SWP_NOMOVE | SWP_NOZORDER);
-    }
+    CRect Place(int id) { return vxtest::ChildPlace(*this, id); }
+    void Client(int cx, int cy) { vxtest::SetClientSize(*this, cx, cy); }
 
 protected:
     BOOL OnInitDialog() override

@@ -112,6 +112,24 @@ QImage Render(CWnd& window)
     return vx::RenderWindow(window).convertToFormat(QImage::Format_RGB32);
 }
 
+CRect ChildPlace(CWnd& parent, int id)
+{
+    CRect r;
+    parent.GetDlgItem(id)->GetWindowRect(&r);
+    parent.ScreenToClient(&r);
+    return r;
+}
+
+void SetClientSize(CWnd& window, int cx, int cy)
+{
+    CRect w;
+    window.GetWindowRect(&w);
+    CRect c;
+    window.GetClientRect(&c);
+    window.SetWindowPos(nullptr, 0, 0, cx + w.Width() - c.Width(), cy + w.Height() - c.Height(),
+                        SWP_NOMOVE | SWP_NOZORDER);
+}
+
 namespace {
 
 void Send(CWnd* to, UINT message, WPARAM wParam, LPARAM lParam)

@@ -50,6 +50,10 @@ CRect Ink(const QImage& image, COLORREF color);
 
 // A window rendered as it shows.
 QImage Render(CWnd& window);
+// Where the child `id` of `parent` lies, in the parent's client coordinates.
+CRect ChildPlace(CWnd& parent, int id);
+// Gives `window` a client area of cx x cy as the desktop would (WM_SIZE follows).
+void SetClientSize(CWnd& window, int cx, int cy);
 
 // Simulated input, delivered as the Qt backend delivers it: through the
 // PreTranslateMessage of the window and its parents, then the window.
