@@ -1,11 +1,13 @@
-// A window's menu bar as the core's default window procedure sees it: the
-// strip at the top of the non-client area of a window with a menu (SetMenu).
+// Menus as the core's window procedures see them: a window's menu bar, the
+// strip at the top of the non-client area of a window with a menu (SetMenu),
+// and the framework's default for owner-drawn menu items.
 // Menus live in the drawing layer (vxbase-ui), which installs these entries;
 // without them no window has a menu bar.
 #pragma once
 
 #include "platform/framework/rect.h"
 #include "platform/framework/wintypes.h"
+#include "platform/windows/winuser.h"
 #include "vxbase_export.h"
 
 class CWnd;
@@ -27,6 +29,11 @@ struct MenuBarBridge {
     // SC_KEYMENU (`lParam` the character, 0 for the bar itself) and
     // SC_MOUSEMENU (`lParam` the screen point): the bar's modal loop.
     void (*track)(CWnd& window, WPARAM command, LPARAM lParam) = nullptr;
+    // The framework's default for an owner-drawn menu item (WM_DRAWITEM,
+    // WM_MEASUREITEM of ODT_MENU): the menu's own object draws or measures
+    // it. False when no object takes it.
+    bool (*drawItem)(DRAWITEMSTRUCT& item) = nullptr;
+    bool (*measureItem)(CWnd& window, MEASUREITEMSTRUCT& item) = nullptr;
 };
 VXBASE_EXPORT void SetMenuBarBridge(const MenuBarBridge& bridge);
 VXBASE_EXPORT const MenuBarBridge& GetMenuBarBridge();

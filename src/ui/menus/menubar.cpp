@@ -17,6 +17,8 @@ namespace {
 constexpr char kMarlettMinimize = 0x30;
 constexpr char kMarlettRestore = 0x32;
 constexpr char kMarlettClose = 0x72;
+// Space between the items of a bar, added to each item's own width.
+constexpr int kItemSpace = 12;
 
 struct BarState {
     MenuBarLayout layout;
@@ -74,7 +76,7 @@ bool FlatMenus()
 
 HBRUSH BarBrush(const Menu& menu)
 {
-    if ((menu.info.fMask & MIM_BACKGROUND) && menu.info.hbrBack)
+    if (menu.info.hbrBack)
         return menu.info.hbrBack;
     return GetSysColorBrush(FlatMenus() ? COLOR_MENUBAR : COLOR_MENU);
 }
@@ -91,8 +93,6 @@ void Layout(CWnd& window, HMENU handle, int width, CPoint origin, MenuBarLayout&
     const int minRow = GetSystemMetrics(SM_CYMENU);
     HDC dc = GetDC(nullptr);
     HGDIOBJ oldFont = SelectObject(dc, MenuFont(false));
-    TEXTMETRICA tm{};
-    GetTextMetricsA(dc, &tm);
     const std::size_t n = menu->items.size();
     std::vector<CSize> sizes(n);
     for (std::size_t i = 0; i < n; ++i) {
@@ -112,7 +112,8 @@ void Layout(CWnd& window, HMENU handle, int width, CPoint origin, MenuBarLayout&
                 out.items.clear();
                 return;
             }
-            z = CSize(static_cast<int>(mis.itemWidth), static_cast<int>(mis.itemHeight));
+            // The bar puts its spacing around what the owner measured.
+            z = CSize(static_cast<int>(mis.itemWidth) + kItemSpace, static_cast<int>(mis.itemHeight));
         } else if (it.IsSeparator()) {
             z = CSize(0, 0);
         } else if ((it.type & MFT_BITMAP) && IsBuiltin(it.bitmap)) {
@@ -127,7 +128,7 @@ void Layout(CWnd& window, HMENU handle, int width, CPoint origin, MenuBarLayout&
             const std::string text = it.text.substr(0, it.text.find('\t'));
             if (!text.empty())
                 DrawTextA(dc, text.c_str(), -1, &r, DT_CALCRECT | DT_SINGLELINE);
-            z = CSize(r.right - r.left + 2 * tm.tmAveCharWidth + 4, r.bottom - r.top + 4);
+            z = CSize(r.right - r.left + kItemSpace, r.bottom - r.top + 4);
         }
     }
     SelectObject(dc, oldFont);
@@ -349,7 +350,7 @@ bool Contains(CWnd& window, CPoint screen)
         return false;
     CRect outer;
     window.GetWindowRect(&outer);
-    return layout->strip.PtInRect(screen - outer.TopLeft());
+    return layout->strip.PtInRect(CPoint(screen - outer.TopLeft()));
 }
 
 void Hover(CWnd& window, CPoint screen)
@@ -370,7 +371,7 @@ void Hover(CWnd& window, CPoint screen)
 }
 
 const bool g_installed = [] {
-    MenuBarBridge bridge;
+    MenuBarBridge bridge = GetMenuBarBridge();
     bridge.height = &Height;
     bridge.paint = &Paint;
     bridge.contains = &Contains;

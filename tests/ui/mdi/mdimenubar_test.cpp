@@ -6,7 +6,6 @@
 #include "ui/mdi/cmdichildwnd.h"
 #include "ui/mdi/cmdiclientwnd.h"
 #include "ui/menus/menubar_p.h"
-#include "ui/menus/menumodel_p.h"
 #include "ui/menus/winmenu.h"
 
 #include <vector>
@@ -44,20 +43,25 @@ struct Frame {
     std::string Items(HWND* owner = nullptr) const
     {
         std::string out;
-        const vx::menus::Menu* m = vx::menus::MenuOf(menu);
-        for (const auto& it : m->items) {
+        for (int i = 0; i < GetMenuItemCount(menu); ++i) {
             using namespace vx::menus;
+            MENUITEMINFOA it{};
+            it.cbSize = sizeof it;
+            it.fMask = MIIM_FTYPE | MIIM_BITMAP | MIIM_DATA;
+            GetMenuItemInfoA(menu, static_cast<UINT>(i), TRUE, &it);
             char c = '.';
-            if (it.bitmap == kBarSystem && (it.type & MFT_BITMAP))
+            if (!(it.fType & MFT_BITMAP))
+                c = '.';
+            else if (it.hbmpItem == kBarSystem)
                 c = 'S';
-            else if (it.bitmap == kBarMinimize)
+            else if (it.hbmpItem == kBarMinimize)
                 c = 'm';
-            else if (it.bitmap == kBarRestore)
+            else if (it.hbmpItem == kBarRestore)
                 c = 'r';
-            else if (it.bitmap == kBarClose)
+            else if (it.hbmpItem == kBarClose)
                 c = 'x';
             if (c != '.' && owner)
-                *owner = reinterpret_cast<HWND>(it.data);
+                *owner = reinterpret_cast<HWND>(it.dwItemData);
             out += c;
         }
         return out;

@@ -2,7 +2,6 @@
 // hit testing, painting, and its modal loop entered by keyboard and mouse.
 #include "menutest.h"
 
-#include "ui/menus/menubar_p.h"
 #include "ui/menus/winmenu.h"
 
 #include "platform/windows/sysmetrics.h"
@@ -125,7 +124,7 @@ TEST_F(MenuBar, TheStripLiesAboveTheClientAreaAndWrapsWhenNarrow)
     EXPECT_EQ(a.left, window.left);
     EXPECT_EQ(a.top, window.top);
     EXPECT_EQ(b.left, a.right);
-    EXPECT_EQ(b.Width(), 60); // as the owner measured it
+    EXPECT_EQ(b.Width(), 60 + 12); // as the owner measured it, with the bar's spacing
     EXPECT_EQ(c.right, window.right); // MF_HELP: at the right end
     EXPECT_EQ(MenuItemFromPoint(owner.m_hWnd, bar.m_hMenu, b.CenterPoint()), 1);
     EXPECT_EQ(MenuItemFromPoint(owner.m_hWnd, bar.m_hMenu, CPoint(b.right + 5, b.top + 2)), -1);
@@ -133,7 +132,7 @@ TEST_F(MenuBar, TheStripLiesAboveTheClientAreaAndWrapsWhenNarrow)
     EXPECT_EQ(owner.SendMessage(WM_NCHITTEST, 0, MAKELPARAM(client.left + 2, client.top + 2)), HTCLIENT);
 
     // Too narrow for all three: the last goes to a second row.
-    owner.SetWindowPos(nullptr, 0, 0, a.Width() + 62, window.Height(), SWP_NOMOVE | SWP_NOZORDER);
+    owner.SetWindowPos(nullptr, 0, 0, a.Width() + b.Width() + 2, window.Height(), SWP_NOMOVE | SWP_NOZORDER);
     const CRect c2 = Item(2);
     EXPECT_EQ(c2.top, Item(0).bottom);
     CRect client2;
@@ -184,7 +183,7 @@ TEST_F(MenuBar, HotTrackingDrawsTheItemUnderTheMouseAndForgetsItWhenItLeaves)
     EXPECT_TRUE(owner.drawStates.back() & ODS_NOACCEL);
     NcMouse(WM_NCMOUSEMOVE, b.CenterPoint() + CSize(1, 0)); // the same item: nothing drawn
     EXPECT_EQ(owner.drawStates.size(), 1u);
-    vx::menus::MenuBarMouseLeft(owner);
+    NcMouse(WM_NCMOUSEMOVE, CPoint(b.right + 3, b.top + 2)); // the bar, between items
     ASSERT_EQ(owner.drawStates.size(), 2u);
     EXPECT_FALSE(owner.drawStates.back() & ODS_HOTLIGHT);
 }
@@ -274,7 +273,7 @@ TEST_F(MenuBar, TheMouseOpensMovesBetweenAndClosesThePopups)
 TEST_F(MenuBar, ChildWindowsHaveNoBarWhateverTheyAreTold)
 {
     CWnd child;
-    ASSERT_TRUE(child.Create(nullptr, "child", WS_CHILD | WS_VISIBLE, CRect(0, 0, 100, 80), &owner, 7));
+    ASSERT_TRUE(child.CreateEx("child", "Plain", WS_CHILD | WS_VISIBLE, CRect(0, 0, 100, 80), &owner, 7));
     ::SetMenu(child.m_hWnd, file.m_hMenu);
     CRect w, c;
     child.GetWindowRect(&w);
@@ -283,6 +282,40 @@ TEST_F(MenuBar, ChildWindowsHaveNoBarWhateverTheyAreTold)
     child.SendMessage(WM_SYSCOMMAND, SC_KEYMENU, 0);
     EXPECT_EQ(owner.Count(WM_ENTERMENULOOP), 0);
     child.DestroyWindow();
+}
+
+TEST(MenuBarItems, OwnerDrawnItemsOfAMenuObjectAreMeasuredAndDrawnByIt)
+{
+    // The framework's default: a window that leaves WM_MEASUREITEM and
+    // WM_DRAWITEM of a menu alone hands them to the menu's object.
+    class Counting : public CMenu {
+    public:
+        int measured = 0;
+        std::vector<UINT> drawn;
+        void MeasureItem(LPMEASUREITEMSTRUCT item) override
+        {
+            ++measured;
+            item->itemWidth = 44;
+            item->itemHeight = 22;
+        }
+        void DrawItem(LPDRAWITEMSTRUCT item) override { drawn.push_back(item->itemState); }
+    } menu;
+    ASSERT_TRUE(menu.CreateMenu());
+    menu.AppendMenu(MF_OWNERDRAW, 5, reinterpret_cast<LPCSTR>(0x55));
+    CWnd window;
+    ASSERT_TRUE(window.CreateEx("w", "Plain", WS_POPUP | WS_VISIBLE, CRect(0, 0, 300, 200)));
+    ::SetMenu(window.m_hWnd, menu.m_hMenu);
+    EXPECT_GE(menu.measured, 1);
+    RECT r{};
+    ASSERT_TRUE(GetMenuItemRect(window.m_hWnd, menu.m_hMenu, 0, &r));
+    EXPECT_EQ(r.right - r.left, 44 + 12);
+    CRect client;
+    window.GetClientRect(&client);
+    EXPECT_EQ(client.Height(), 200 - 23);
+    vxtest::Render(window);
+    ASSERT_FALSE(menu.drawn.empty());
+    ::SetMenu(window.m_hWnd, nullptr);
+    window.DestroyWindow();
 }
 
 } // namespace
