@@ -84,7 +84,9 @@ void KXListCtrl::Private::PrefetchAhead(int row) const
     q.PrefetchItem(row + 3, false);
     q.PrefetchItem(row + 2, true);
     // Only a row this list made is read; the address alone is harmless.
-    __builtin_prefetch(reinterpret_cast<const void*>(q.CListCtrl::GetItemData(row + 2)));
+    const auto* later = reinterpret_cast<const XRow*>(q.CListCtrl::GetItemData(row + 2));
+    __builtin_prefetch(later);
+    rows.Prefetch(later);
     const auto* next = reinterpret_cast<XRow*>(q.CListCtrl::GetItemData(row + 1));
     if (!next || !rows.Contains(next))
         return;

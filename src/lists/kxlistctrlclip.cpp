@@ -243,6 +243,12 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
         } else if (width == targetWidth && height == targetHeight) {
             for (int r = 0; r < targetHeight && *alive; ++r) {
                 d->PrefetchAhead(r1 + r);
+                if (r + 2 < targetHeight) {
+                    // The texts of a later line of the block, which the
+                    // parse went over long before.
+                    __builtin_prefetch(cell(r + 2, 0));
+                    __builtin_prefetch(cell(r + 2, width - 1));
+                }
                 for (int c = 0; c < targetWidth && *alive; ++c)
                     d->ModifyText(r1 + r, c1 + c, cell(r, c));
             }

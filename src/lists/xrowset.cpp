@@ -4,6 +4,22 @@
 
 namespace vx::lists {
 
+namespace {
+
+constexpr std::size_t kFirstSize = 16;
+
+unsigned ShiftFor(std::size_t size)
+{
+    unsigned shift = 64;
+    for (; size > 1; size >>= 1)
+        --shift;
+    return shift;
+}
+
+} // namespace
+
+RowSet::RowSet() : m_slots(kFirstSize, nullptr), m_shift(ShiftFor(kFirstSize)) {}
+
 RowSet::~RowSet()
 {
     Clear();
@@ -11,7 +27,7 @@ RowSet::~RowSet()
 
 bool RowSet::Contains(const XRow* row) const
 {
-    if (!row || m_slots.empty())
+    if (!row)
         return false;
     const std::size_t mask = m_slots.size() - 1;
     for (std::size_t i = Home(row);; i = (i + 1) & mask) {
@@ -40,7 +56,7 @@ void RowSet::Insert(std::unique_ptr<XRow> row)
 
 void RowSet::Erase(const XRow* row)
 {
-    if (!row || m_slots.empty())
+    if (!row)
         return;
     const std::size_t mask = m_slots.size() - 1;
     std::size_t hole = Home(row);
@@ -75,11 +91,9 @@ void RowSet::Clear()
 
 void RowSet::Grow()
 {
-    std::vector<XRow*> old(m_slots.empty() ? 16 : m_slots.size() * 2, nullptr);
+    std::vector<XRow*> old(m_slots.size() * 2, nullptr);
     old.swap(m_slots);
-    m_shift = 64;
-    for (std::size_t size = m_slots.size(); size > 1; size >>= 1)
-        --m_shift;
+    m_shift = ShiftFor(m_slots.size());
     const std::size_t mask = m_slots.size() - 1;
     for (XRow* row : old) {
         if (!row)

@@ -198,7 +198,9 @@ void CListCtrl::PrefetchItem(int item, bool texts) const
         return;
     const vx::listviews::Item* it = d->items[static_cast<std::size_t>(item)].get();
     if (!texts) {
+        // The record may straddle two cache lines.
         __builtin_prefetch(it);
+        __builtin_prefetch(reinterpret_cast<const char*>(it + 1) - 1);
         return;
     }
     // Short texts live in the array itself.
