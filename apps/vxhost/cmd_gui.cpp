@@ -323,7 +323,10 @@ int WindowListShots(const std::string& dir, vxhost::MainFrame& frame)
     vx::ProcessUiEvents();
     int rc = SaveWindow(frame, dir, "frame-icons");
     bool shown = false;
-    QTimer::singleShot(0, [&] {
+    // Fires inside the dialog's loop; gone with this call if none opened.
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
         auto* dlg = dynamic_cast<CDialog*>(CWnd::GetActiveWindow());
         if (!dlg)
             return;
@@ -331,6 +334,7 @@ int WindowListShots(const std::string& dir, vxhost::MainFrame& frame)
         rc |= SaveWindow(*dlg, dir, "select-window");
         dlg->EndDialog(IDCANCEL);
     });
+    timer.start(0);
     frame.SendMessage(WM_COMMAND, AFX_IDM_FIRST_MDICHILD + 9);
     if (!shown) {
         std::fprintf(stderr, "vxhost: \"Select Window\" did not open\n");
