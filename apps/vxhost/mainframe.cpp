@@ -100,7 +100,7 @@ void MainFrame::Build(const char* stem)
     AppendMenuA(view, MF_POPUP, reinterpret_cast<UINT_PTR>(m_styles), "&Styl");
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(view), "&Widok");
     HMENU windows = Popup({{ID_WINDOW_CASCADE, "&Kaskada"}, {ID_WINDOW_TILE_HORZ, "&S\xB9" "siaduj\xB9" "co"},
-                           {ID_WINDOW_TILE_VERT, "&Obok siebie"}});
+                           {ID_WINDOW_TILE_VERT, "&Obok siebie"}, {ID_WINDOW_ARRANGE, "&Rozmie\x9C\xE6 ikony"}});
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windows), "&Okno");
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(Popup({{ID_ABOUT, "&O programie..."}})), "Pomo&c");
     m_menuBar.Create(this, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_TOOLTIPS);

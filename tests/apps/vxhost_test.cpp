@@ -246,6 +246,9 @@ TEST(Vxhost, GuiShowsTheFrameInEachDrawMode)
     }
     EXPECT_NE(read("floating-bar-mode-0"), read("floating-bar-mode-8"));
     EXPECT_NE(read("frame-mode-2"), read("frame-mode-6"));
+    // Minimised children arranged, and the Window menu's "Select Window".
+    EXPECT_GT(read("frame-icons").size(), 1000u);
+    EXPECT_GT(read("select-window").size(), 200u);
 }
 
 // Two programs: AT's dialog shows the drawing that the IT process draws,

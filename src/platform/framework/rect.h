@@ -37,8 +37,10 @@ public:
     constexpr CSize() : SIZE{0, 0} {}
     constexpr CSize(int cx, int cy) : SIZE{cx, cy} {}
     constexpr CSize(SIZE s) : SIZE(s) {}
+    // A same-class overload keeps C++20's reversed candidates from tying
+    // with the base one; != is derived from ==.
+    constexpr bool operator==(const CSize& o) const { return cx == o.cx && cy == o.cy; }
     constexpr bool operator==(const SIZE& o) const { return cx == o.cx && cy == o.cy; }
-    constexpr bool operator!=(const SIZE& o) const { return !(*this == o); }
     CSize& operator+=(SIZE o) { cx += o.cx; cy += o.cy; return *this; }
     CSize& operator-=(SIZE o) { cx -= o.cx; cy -= o.cy; return *this; }
     constexpr CSize operator+(SIZE o) const { return CSize(cx + o.cx, cy + o.cy); }
@@ -55,8 +57,8 @@ public:
     void Offset(int dx, int dy) { x += dx; y += dy; }
     void Offset(POINT p) { Offset(p.x, p.y); }
     void Offset(SIZE s) { Offset(s.cx, s.cy); }
+    constexpr bool operator==(const CPoint& o) const { return x == o.x && y == o.y; }
     constexpr bool operator==(const POINT& o) const { return x == o.x && y == o.y; }
-    constexpr bool operator!=(const POINT& o) const { return !(*this == o); }
     CPoint& operator+=(SIZE s) { x += s.cx; y += s.cy; return *this; }
     CPoint& operator-=(SIZE s) { x -= s.cx; y -= s.cy; return *this; }
     CPoint& operator+=(POINT p) { x += p.x; y += p.y; return *this; }
@@ -152,8 +154,8 @@ public:
         return !IsRectEmpty();
     }
 
+    constexpr bool operator==(const CRect& r) const { return EqualRect(&r); }
     constexpr bool operator==(const RECT& r) const { return EqualRect(&r); }
-    constexpr bool operator!=(const RECT& r) const { return !EqualRect(&r); }
     CRect& operator+=(POINT p) { OffsetRect(p); return *this; }
     CRect& operator-=(POINT p) { OffsetRect(-p.x, -p.y); return *this; }
     CRect& operator&=(const RECT& r) { IntersectRect(this, &r); return *this; }

@@ -4,15 +4,20 @@
 #include "ui/controls/controlclass.h"
 #include "ui/gdi/cdc.h"
 #include "ui/mdi/cmdichildwnd.h"
+#include "ui/mdi/cmdiselectwindowdlg.h"
 #include "ui/menus/winmenu.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
-// The Window menu lists this many children; the platform's limit.
+// The Window menu lists this many children; the platform's limit. With
+// more, the next id is "&More Windows...".
 constexpr int kListed = 9;
+// The width of a minimised child.
+constexpr int kIconWidth = 160;
 
 // Shown among its siblings: a frame still hidden while it is built places
 // and lists its children all the same.
@@ -199,13 +204,25 @@ std::vector<CMDIChildWnd*> CMDIClientWnd::Arrangeable() const
     return out;
 }
 
+CRect CMDIClientWnd::AreaAboveIcons()
+{
+    CRect area;
+    GetClientRect(&area);
+    const std::vector<CMDIChildWnd*> listed = Listed();
+    const auto icons = std::count_if(listed.begin(), listed.end(), [](CMDIChildWnd* c) { return c->IsIconic(); });
+    if (icons > 0) {
+        ArrangeIcons();
+        area.bottom = std::max(area.top, IconPlace(static_cast<int>(icons) - 1).top);
+    }
+    return area;
+}
+
 void CMDIClientWnd::Cascade()
 {
     if (m_active && m_active->IsZoomed())
         Restore(m_active);
     const std::vector<CMDIChildWnd*> list = Arrangeable();
-    CRect client;
-    GetClientRect(&client);
+    const CRect client = AreaAboveIcons();
     const int step = CascadeStep();
     const int n = static_cast<int>(list.size());
     // Each child as large as leaves room for the steps of all of them.
@@ -228,8 +245,7 @@ void CMDIClientWnd::Tile(UINT how)
     const int n = static_cast<int>(list.size());
     if (!n)
         return;
-    CRect client;
-    GetClientRect(&client);
+    const CRect client = AreaAboveIcons();
     // A grid as square as the count allows: MDITILE_HORIZONTAL stacks the
     // children in rows, MDITILE_VERTICAL sets them side by side.
     const int lines = std::max(1, static_cast<int>(std::sqrt(static_cast<double>(n))));
@@ -283,6 +299,17 @@ void CMDIClientWnd::Restore(CMDIChildWnd* child)
     UpdateFrameTitle();
 }
 
+CRect CMDIClientWnd::IconPlace(int index) const
+{
+    const CSize size(kIconWidth, GetSystemMetrics(SM_CYCAPTION) + 2 * GetSystemMetrics(SM_CXFRAME));
+    CRect client;
+    GetClientRect(&client);
+    const int perRow = std::max(1, client.Width() / size.cx);
+    const int x = (index % perRow) * size.cx;
+    const int y = client.bottom - (index / perRow + 1) * size.cy;
+    return CRect(x, y, x + size.cx, y + size.cy);
+}
+
 void CMDIClientWnd::Minimize(CMDIChildWnd* child)
 {
     if (!child || child->IsIconic())
@@ -290,25 +317,30 @@ void CMDIClientWnd::Minimize(CMDIChildWnd* child)
     if (!child->IsZoomed())
         child->m_restoreRect = child->RectInClient();
     child->ModifyStyle(WS_MAXIMIZE, WS_MINIMIZE);
-    // The first free place in the row along the bottom.
-    const int width = 160;
-    const int height = GetSystemMetrics(SM_CYCAPTION) + 2 * GetSystemMetrics(SM_CXFRAME);
-    CRect client;
-    GetClientRect(&client);
-    int slot = 0;
-    for (bool taken = true; taken; ) {
-        taken = false;
-        for (CMDIChildWnd* c : m_children) {
-            if (c != child && c->IsIconic() && c->RectInClient().left == slot * width) {
-                taken = true;
-                ++slot;
-                break;
-            }
-        }
+    // The first place no other minimised child lies in.
+    CRect place;
+    for (int index = 0;; ++index) {
+        place = IconPlace(index);
+        const bool taken = std::any_of(m_children.begin(), m_children.end(), [&](CMDIChildWnd* c) {
+            return c != child && c->m_hWnd && Shown(c) && c->IsIconic() && c->RectInClient().TopLeft() == place.TopLeft();
+        });
+        if (!taken)
+            break;
     }
-    child->SetWindowPos(nullptr, slot * width, client.bottom - height, width, height,
+    child->SetWindowPos(nullptr, place.left, place.top, place.Width(), place.Height(),
                         SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     UpdateFrameTitle();
+}
+
+void CMDIClientWnd::ArrangeIcons()
+{
+    int index = 0;
+    for (CMDIChildWnd* c : Listed()) {
+        if (!c->IsIconic())
+            continue;
+        const CRect place = IconPlace(index++);
+        c->SetWindowPos(nullptr, place.left, place.top, place.Width(), place.Height(), SWP_NOZORDER | SWP_NOACTIVATE);
+    }
 }
 
 void CMDIClientWnd::Next(bool previous)
@@ -393,11 +425,7 @@ void CMDIClientWnd::UpdateWindowMenu()
     const int count = GetMenuItemCount(menu);
     if (listed && count > 0 && (GetMenuState(menu, static_cast<UINT>(count - 1), MF_BYPOSITION) & MF_SEPARATOR))
         DeleteMenu(menu, static_cast<UINT>(count - 1), MF_BYPOSITION);
-    std::vector<CMDIChildWnd*> shown;
-    for (CMDIChildWnd* c : m_children) {
-        if (c->m_hWnd && Shown(c))
-            shown.push_back(c);
-    }
+    const std::vector<CMDIChildWnd*> shown = Listed();
     if (shown.empty())
         return;
     if (GetMenuItemCount(menu) > 0)
@@ -408,6 +436,48 @@ void CMDIClientWnd::UpdateWindowMenu()
         AppendMenuA(menu, MF_STRING | (shown[i] == m_active ? MF_CHECKED : 0),
                     AFX_IDM_FIRST_MDICHILD + static_cast<UINT>(i), text);
     }
+    if (shown.size() > static_cast<size_t>(kListed))
+        AppendMenuA(menu, MF_STRING, AFX_IDM_FIRST_MDICHILD + kListed, "&More Windows...");
+}
+
+std::vector<CMDIChildWnd*> CMDIClientWnd::Listed() const
+{
+    std::vector<CMDIChildWnd*> out;
+    for (CMDIChildWnd* c : m_children) {
+        if (c->m_hWnd && Shown(c))
+            out.push_back(c);
+    }
+    return out;
+}
+
+void CMDIClientWnd::Pick(CMDIChildWnd* child)
+{
+    if (child->IsIconic())
+        Restore(child);
+    Activate(child);
+}
+
+void CMDIClientWnd::MoreWindows()
+{
+    const std::vector<CMDIChildWnd*> shown = Listed();
+    std::vector<HWND> handles;
+    std::vector<CString> titles;
+    int selected = -1;
+    for (CMDIChildWnd* c : shown) {
+        if (c == m_active)
+            selected = static_cast<int>(handles.size());
+        handles.push_back(c->m_hWnd);
+        titles.push_back(c->GetWindowTextString());
+    }
+    CMDISelectWindowDlg dlg(std::move(titles), selected, Frame());
+    const HWND self = m_hWnd;
+    if (dlg.DoModal() != IDOK || dlg.Chosen() < 0)
+        return;
+    // The dialog ran a message loop: the client or the child may be gone.
+    if (!::IsWindow(self))
+        return;
+    if (CMDIChildWnd* c = ChildOf(handles[static_cast<size_t>(dlg.Chosen())]))
+        Pick(c);
 }
 
 void CMDIClientWnd::ChildTitleChanged(CMDIChildWnd*)
@@ -462,6 +532,7 @@ LRESULT CMDIClientWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         Tile(static_cast<UINT>(wParam));
         return TRUE;
     case WM_MDIICONARRANGE:
+        ArrangeIcons();
         return 0;
     case WM_MDIMAXIMIZE:
         Maximize(ChildOf(reinterpret_cast<HWND>(wParam)));
@@ -479,17 +550,15 @@ LRESULT CMDIClientWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         return reinterpret_cast<LRESULT>(m_frameMenu);
     case WM_COMMAND: {
         const UINT id = LOWORD(wParam);
+        if (id == AFX_IDM_FIRST_MDICHILD + kListed && Listed().size() > static_cast<size_t>(kListed)) {
+            MoreWindows();
+            return TRUE;
+        }
         if (id >= AFX_IDM_FIRST_MDICHILD && id < AFX_IDM_FIRST_MDICHILD + kListed) {
-            std::vector<CMDIChildWnd*> shown;
-            for (CMDIChildWnd* c : m_children) {
-                if (c->m_hWnd && Shown(c))
-                    shown.push_back(c);
-            }
+            const std::vector<CMDIChildWnd*> shown = Listed();
             const size_t n = id - AFX_IDM_FIRST_MDICHILD;
             if (n < shown.size()) {
-                if (shown[n]->IsIconic())
-                    Restore(shown[n]);
-                Activate(shown[n]);
+                Pick(shown[n]);
                 return TRUE;
             }
         }

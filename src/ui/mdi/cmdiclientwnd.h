@@ -53,8 +53,26 @@ private:
     void Tile(UINT how);
     void Maximize(CMDIChildWnd* child);
     void Restore(CMDIChildWnd* child);
-    // A minimised child is its caption alone, in a row along the bottom.
+    // A minimised child is its caption alone, in the first free place of
+    // the rows along the bottom (IconPlace).
     void Minimize(CMDIChildWnd* child);
+    // WM_MDIICONARRANGE: the minimised children into the places from the
+    // first on, in the Window menu's order; the others stay where they are.
+    void ArrangeIcons();
+    // Place `index` of the minimised children: rows along the bottom from
+    // the left, the next row above when one is full.
+    CRect IconPlace(int index) const;
+    // Cascade and tile leave the minimised children in view: they arrange
+    // them first and keep to the client above their rows.
+    CRect AreaAboveIcons();
+    // The children the Window menu lists, in its order (all of them, also
+    // those past the first nine).
+    std::vector<CMDIChildWnd*> Listed() const;
+    // A child picked from the Window menu or the "Select Window" dialog
+    // becomes active, restored first if it was minimised.
+    void Pick(CMDIChildWnd* child);
+    // "&More Windows...": the "Select Window" dialog over all children.
+    void MoreWindows();
     void Next(bool previous);
     HMENU SetMenus(HMENU frameMenu, HMENU windowMenu);
     static HMENU FindWindowMenu(HMENU menu);
