@@ -61,7 +61,7 @@ int KXListCtrl::ModifyItemText(int row, int col, CString* text)
 
 int KXListCtrl::Private::ModifyText(int row, int col, const char* fresh)
 {
-    if (col >= q.GetColumns() || row >= Count())
+    if (col >= (header.m_hWnd ? header.GetItemCount() : 0) || row >= Count())
         return 0;
     if (_mbscoll(fresh, q.ItemTextInPlace(row, col)) == 0)
         return 1; // nothing changes, nothing is sent

@@ -16,6 +16,17 @@ using vx::listviews::Item;
 
 namespace {
 
+// Whether two texts are the same. Inline: a changed cell mostly differs in
+// its first bytes, and a block paste asks for every cell.
+bool SameText(const char* a, const char* b)
+{
+    for (; *a == *b; ++a, ++b) {
+        if (!*a)
+            return true;
+    }
+    return false;
+}
+
 void CopyOut(const CString& text, LPSTR out, int capacity)
 {
     if (!out || capacity <= 0)
@@ -44,7 +55,7 @@ bool CListCtrl::Private::SetText(int item, int column, const char* text)
         it.texts.resize(need);
     CString& now = it.texts[static_cast<std::size_t>(column)];
     const char* fresh = text ? text : "";
-    if (std::strcmp(now, fresh) != 0) {
+    if (!SameText(now, fresh)) {
         now = fresh;
         InvalidateCell(item, column);
     }
