@@ -213,7 +213,8 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
         const long long expected = width * height;
         if (expected > size + 1)
             return;
-        char* at = text.data() + (rest.data() - text.data());
+        // A block of one empty cell ends at its header.
+        char* at = rest.empty() ? text.data() + text.size() : text.data() + (rest.data() - text.data());
         char* const end = at + rest.size();
         std::vector<const char*> cells;
         cells.reserve(static_cast<std::size_t>(expected));
