@@ -18,6 +18,7 @@
 
 #include <QDir>
 #include <QImage>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdlib>
@@ -341,6 +342,61 @@ int OwnMenuBarShots(const std::string& dir)
     return rc;
 }
 
+// A click on a child's minimise box, as the desktop delivers it.
+void ClickMinimizeBox(CMDIChildWnd& child)
+{
+    CRect window;
+    child.GetWindowRect(&window);
+    const CPoint at = window.TopLeft() + child.BoxRect(CMDIChildWnd::Box::Minimize).CenterPoint();
+    const auto code = static_cast<WPARAM>(child.SendMessage(WM_NCHITTEST, 0, MAKELPARAM(at.x, at.y)));
+    child.SendMessage(WM_NCLBUTTONDOWN, code, MAKELPARAM(at.x, at.y));
+    CPoint local = at;
+    child.ScreenToClient(&local);
+    child.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(local.x, local.y));
+}
+
+// More children than the Window menu lists: seven minimised in a scattered
+// order, then Arrange Icons and Tile as the Window menu gives them; and the
+// "Select Window" dialog of its "&More Windows..." item over them.
+int WindowListShots(const std::string& dir, vxhost::MainFrame& frame)
+{
+    std::vector<CMDIChildWnd*> added;
+    for (int i = 0; i < 9; ++i) {
+        CString name;
+        name.Format("Rysunek %d", i + 3);
+        auto* child = new CMDIChildWnd; // deletes itself with the frame
+        if (!child->Create(nullptr, name, WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(), &frame))
+            return 1;
+        added.push_back(child);
+    }
+    for (int i : {6, 1, 4, 0, 7, 2, 5})
+        ClickMinimizeBox(*added[static_cast<size_t>(i)]);
+    frame.SendMessage(WM_COMMAND, ID_WINDOW_ARRANGE);
+    frame.SendMessage(WM_COMMAND, ID_WINDOW_TILE_VERT);
+    frame.SetActiveWindow();
+    vx::ProcessUiEvents();
+    int rc = SaveWindow(frame, dir, "frame-icons");
+    bool shown = false;
+    // Fires inside the dialog's loop; gone with this call if none opened.
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* dlg = dynamic_cast<CDialog*>(CWnd::GetActiveWindow());
+        if (!dlg)
+            return;
+        shown = true;
+        rc |= SaveWindow(*dlg, dir, "select-window");
+        dlg->EndDialog(IDCANCEL);
+    });
+    timer.start(0);
+    frame.SendMessage(WM_COMMAND, AFX_IDM_FIRST_MDICHILD + 9);
+    if (!shown) {
+        std::fprintf(stderr, "vxhost: \"Select Window\" did not open\n");
+        rc = 1;
+    }
+    return rc;
+}
+
 int RunFrame(const std::string& shots, bool ownMenuBar)
 {
     vx::InitUi();
@@ -376,6 +432,7 @@ int RunFrame(const std::string& shots, bool ownMenuBar)
             SaveWindow(frame.PaneTip(), shots, "two-page-tip");
             rc |= DrawModeShots(shots, frame);
             rc |= OwnMenuBarShots(shots);
+            rc |= WindowListShots(shots, frame);
         } else if (!vx::HasDisplay()) {
             // Nobody could close a window that is not seen.
             vx::ProcessUiEvents();

@@ -65,7 +65,7 @@ XRow* KXListCtrl::Private::RowOf(int row) const
     if (r && r == lastRow)
         return r;
     // Only rows this list made carry records.
-    if (!r || !rows.count(r))
+    if (!r || !rows.Contains(r))
         return nullptr;
     lastRow = r;
     return r;
@@ -77,6 +77,24 @@ XLISTCTRLDATA* KXListCtrl::Private::Cell(int row, int col) const
         return nullptr;
     XRow* r = RowOf(row);
     return r && col < r->count ? &r->cells[static_cast<std::size_t>(col)] : nullptr;
+}
+
+void KXListCtrl::Private::PrefetchAhead(int row) const
+{
+    q.PrefetchItem(row + 3, false);
+    q.PrefetchItem(row + 2, true);
+    // Only a row this list made is read; the address alone is harmless.
+    const auto* later = reinterpret_cast<const XRow*>(q.CListCtrl::GetItemData(row + 2));
+    __builtin_prefetch(later);
+    rows.Prefetch(later);
+    const auto* next = reinterpret_cast<XRow*>(q.CListCtrl::GetItemData(row + 1));
+    if (!next || !rows.Contains(next))
+        return;
+    const XLISTCTRLDATA* cells = next->cells.get();
+    if (next->count > 0)
+        __builtin_prefetch(&cells[0].bModified);
+    for (int c = 0; c < next->count; ++c)
+        __builtin_prefetch(&cells[c].bCellEditable);
 }
 
 bool KXListCtrl::Private::ValidCell(int row, int col) const
@@ -111,7 +129,7 @@ int KXListCtrl::Private::NewRow(int row, const char* text, int image, LPARAM ite
     if (hasItemData)
         first.dwItemData = static_cast<DWORD_PTR>(itemData);
     XRow* raw = fresh.get();
-    rows.emplace(raw, std::move(fresh));
+    rows.Insert(std::move(fresh));
     LVITEMA item{};
     item.mask = LVIF_TEXT | LVIF_PARAM | (image >= 0 ? LVIF_IMAGE : 0);
     item.iItem = std::max(0, row);
@@ -121,7 +139,7 @@ int KXListCtrl::Private::NewRow(int row, const char* text, int image, LPARAM ite
     const int at = q.CListCtrl::InsertItem(&item);
     if (at < 0) {
         lastRow = nullptr;
-        rows.erase(raw);
+        rows.Erase(raw);
     }
     return at;
 }
@@ -316,11 +334,11 @@ BOOL KXListCtrl::DeleteAllItems()
     if (m_hWnd) {
         const BOOL done = CListCtrl::DeleteAllItems();
         d->lastRow = nullptr;
-        d->rows.clear();
+        d->rows.Clear();
         return done;
     }
     d->lastRow = nullptr;
-    d->rows.clear();
+    d->rows.Clear();
     return TRUE;
 }
 
@@ -347,7 +365,7 @@ LRESULT KXListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         case LVN_DELETEITEM: {
             const auto* nm = reinterpret_cast<const NMLISTVIEW*>(lParam);
             d->lastRow = nullptr;
-            d->rows.erase(reinterpret_cast<XRow*>(nm->lParam));
+            d->rows.Erase(reinterpret_cast<XRow*>(nm->lParam));
             return 0; // the parent hears it too
         }
         case LVN_DELETEALLITEMS:

@@ -5,20 +5,14 @@
 #include "lists/kheaderctrlex.h"
 #include "lists/kxlistctrl.h"
 #include "lists/kxlisteditors_p.h"
+#include "lists/xrowset_p.h"
 #include "ui/controls/ctooltipctrl.h"
 #include "ui/images/cimagelist.h"
 
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace vx::lists {
-
-// A row's records, one per column the list had when the row came.
-struct XRow {
-    std::unique_ptr<XLISTCTRLDATA[]> cells;
-    int count = 0;
-};
 
 // Timers of the combo, all of 50 ms: the list leaves the combo's own message
 // handling before it ends what the combo started.
@@ -103,7 +97,7 @@ struct KXListCtrl::Private {
     bool warnedRows = false;
 
     // The row arrays the list owns, by the address its items carry.
-    std::unordered_map<vx::lists::XRow*, std::unique_ptr<vx::lists::XRow>> rows;
+    vx::lists::RowSet rows;
     // The row last found there: a row's cells are mostly visited in a run.
     // Cleared whenever a row goes.
     mutable vx::lists::XRow* lastRow = nullptr;
@@ -119,6 +113,12 @@ struct KXListCtrl::Private {
     XLISTCTRLDATA* Cell(int row, int col) const;
     XLISTCTRLDATA* First(int row) const { return Cell(row, 0); }
     bool ValidCell(int row, int col) const;
+    // ModifyItemText on a C string: a block paste passes its cells in place.
+    int ModifyText(int row, int col, const char* text);
+    // Asks for the memory of the rows ahead of `row` in a long run over the
+    // rows, in stages (record, then texts and cells), so that their cache
+    // misses overlap with the work on the rows before. Changes nothing.
+    void PrefetchAhead(int row) const;
     // A new row of records at `row`, with `text` in column 0; -1 on failure.
     int NewRow(int row, const char* text, int image, LPARAM itemData, bool hasItemData);
     void SetHeaderCheckFromCount(int col);

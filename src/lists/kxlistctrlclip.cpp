@@ -56,12 +56,16 @@ std::string_view Next(std::string_view& rest, char sep)
 
 int KXListCtrl::ModifyItemText(int row, int col, CString* text)
 {
-    if (col >= GetColumns() || row >= d->Count())
+    return d->ModifyText(row, col, text ? static_cast<const char*>(*text) : "");
+}
+
+int KXListCtrl::Private::ModifyText(int row, int col, const char* fresh)
+{
+    if (col >= (header.m_hWnd ? header.GetItemCount() : 0) || row >= Count())
         return 0;
-    const char* fresh = text ? static_cast<const char*>(*text) : "";
-    if (_mbscoll(fresh, ItemTextInPlace(row, col)) == 0)
+    if (_mbscoll(fresh, q.ItemTextInPlace(row, col)) == 0)
         return 1; // nothing changes, nothing is sent
-    vx::lists::XRow* records = d->RowOf(row);
+    vx::lists::XRow* records = RowOf(row);
     if (!records || records->count < 1)
         return 1;
     XLISTCTRLDATA* first = &records->cells[0];
@@ -69,11 +73,11 @@ int KXListCtrl::ModifyItemText(int row, int col, CString* text)
         return 0;
     const bool wasModified = first->bModified;
     first->bModified = TRUE;
-    d->listModified = TRUE;
+    listModified = TRUE;
     if (!wasModified)
-        UpdateItem(row); // the whole row takes the modified colour
-    XLISTCTRL_CHANGE change{row, col, this, 0};
-    if (CWnd* parent = GetParent())
+        q.UpdateItem(row); // the whole row takes the modified colour
+    XLISTCTRL_CHANGE change{row, col, &q, 0};
+    if (CWnd* parent = q.GetParent())
         parent->SendMessage(WM_XLISTCTRL_SETTEXT, reinterpret_cast<WPARAM>(&change), reinterpret_cast<LPARAM>(fresh));
     return 1;
 }
@@ -176,7 +180,7 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
         return;
     const auto* bytes = static_cast<const char*>(GlobalLock(h));
     // A C string to its first zero, within the block whatever it holds.
-    const std::string text(bytes, bytes ? strnlen(bytes, GlobalSize(h)) : 0);
+    std::string text(bytes, bytes ? strnlen(bytes, GlobalSize(h)) : 0);
     GlobalUnlock(h);
     GlobalFree(h);
 
@@ -201,40 +205,53 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
         const long long height = std::atoll(std::string(Next(rest, '#')).c_str());
         if (width <= 0 || height <= 0)
             return;
-        // The cells must be exactly what the header says.
-        const long long separators = std::count(rest.begin(), rest.end(), '#');
-        if (width > separators + 1 || height > separators + 1 || width * height - 1 != separators)
+        // The cells must be exactly what the header says: width x height
+        // fields, each "#" turned into the end of a C string in place.
+        const auto size = static_cast<long long>(rest.size());
+        if (width > size + 1 || height > size + 1)
             return;
-        // The cells in place: each "#" becomes the end of a C string.
-        std::string buffer(rest);
+        const long long expected = width * height;
+        if (expected > size + 1)
+            return;
+        // A block of one empty cell ends at its header.
+        char* at = rest.empty() ? text.data() + text.size() : text.data() + (rest.data() - text.data());
+        char* const end = at + rest.size();
         std::vector<const char*> cells;
-        cells.reserve(static_cast<std::size_t>(width * height));
-        cells.push_back(buffer.c_str());
-        for (char& ch : buffer) {
-            if (ch == '#') {
-                ch = '\0';
-                cells.push_back(&ch + 1);
-            }
+        cells.reserve(static_cast<std::size_t>(expected));
+        cells.push_back(at);
+        while (char* hash = static_cast<char*>(std::memchr(at, '#', static_cast<std::size_t>(end - at)))) {
+            if (static_cast<long long>(cells.size()) == expected)
+                return;
+            *hash = '\0';
+            at = hash + 1;
+            cells.push_back(at);
         }
-        CString value; // one buffer for every cell
-        auto at = [&](long long r, long long c) {
-            value = cells[static_cast<std::size_t>(r * width + c)];
-            return &value;
-        };
+        if (static_cast<long long>(cells.size()) != expected)
+            return;
+        auto cell = [&](long long r, long long c) { return cells[static_cast<std::size_t>(r * width + c)]; };
         if (width == 1 && height == 1) {
             for (int r = r1; r <= r2 && *alive; ++r) {
+                d->PrefetchAhead(r);
                 for (int c = c1; c <= c2 && *alive; ++c)
-                    ModifyItemText(r, c, at(0, 0));
+                    d->ModifyText(r, c, cell(0, 0));
             }
         } else if (width == targetWidth && height == 1) {
             for (int r = r1; r <= r2 && *alive; ++r) {
+                d->PrefetchAhead(r);
                 for (int c = 0; c < targetWidth && *alive; ++c)
-                    ModifyItemText(r, c1 + c, at(0, c));
+                    d->ModifyText(r, c1 + c, cell(0, c));
             }
         } else if (width == targetWidth && height == targetHeight) {
             for (int r = 0; r < targetHeight && *alive; ++r) {
+                d->PrefetchAhead(r1 + r);
+                if (r + 2 < targetHeight) {
+                    // The texts of a later line of the block, which the
+                    // parse went over long before.
+                    __builtin_prefetch(cell(r + 2, 0));
+                    __builtin_prefetch(cell(r + 2, width - 1));
+                }
                 for (int c = 0; c < targetWidth && *alive; ++c)
-                    ModifyItemText(r1 + r, c1 + c, at(r, c));
+                    d->ModifyText(r1 + r, c1 + c, cell(r, c));
             }
         } else {
             VxAfxMessageBox(6727, MB_ICONEXCLAMATION, 0);
@@ -243,10 +260,11 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
     }
 
     if (text.find('\t') == std::string::npos && text.find('\n') == std::string::npos) {
-        CString value(text.substr(0, kCellLimit).c_str());
+        const std::string value = text.substr(0, kCellLimit);
         for (int r = r1; r <= r2 && *alive; ++r) {
+            d->PrefetchAhead(r);
             for (int c = c1; c <= c2 && *alive; ++c)
-                ModifyItemText(r, c, &value);
+                d->ModifyText(r, c, value.c_str());
         }
         return;
     }
@@ -255,7 +273,9 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
     // following line moves down with it.
     int skip = 0;
     int line = 0;
+    std::string cell; // one buffer for every field
     while (!rest.empty() && *alive) {
+        d->PrefetchAhead(r1 + line + skip);
         const std::size_t end = rest.find("\r\n");
         std::string_view fields = rest.substr(0, end);
         rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 2);
@@ -265,12 +285,12 @@ void KXListCtrl::ZellenEinfuegen(int firstRow, int lastRow, int firstCol, int la
             const std::string_view value = fields.substr(0, tab);
             const int col = c1 + field;
             if (!value.empty() && col < GetColumns()) {
-                CString cell(std::string(value.substr(0, kCellLimit)).c_str());
+                cell.assign(value.substr(0, kCellLimit));
                 for (;;) {
                     const int row = r1 + line + skip;
                     if (row >= d->Count() || (targetHeight > 1 && row > r2))
                         return;
-                    if (ModifyItemText(row, col, &cell) || !*alive)
+                    if (d->ModifyText(row, col, cell.c_str()) || !*alive)
                         break;
                     ++skip;
                 }

@@ -253,6 +253,9 @@ TEST(Vxhost, GuiShowsTheFrameInEachDrawMode)
                              "own-menu-bar-open-popup", "own-menu-bar-maximised"})
         EXPECT_GT(read(name).size(), 500u) << name;
     EXPECT_NE(read("own-menu-bar-mode-0"), read("own-menu-bar-mode-8"));
+    // Minimised children arranged, and the Window menu's "Select Window".
+    EXPECT_GT(read("frame-icons").size(), 1000u);
+    EXPECT_GT(read("select-window").size(), 200u);
 }
 
 // Two programs: AT's dialog shows the drawing that the IT process draws,

@@ -138,6 +138,18 @@ TEST_F(Blocks, EveryShapeOfAPaste)
     ASSERT_EQ(boxes.texts.size(), 1u);
     EXPECT_EQ(boxes.texts[0], StringOf(6727));
     EXPECT_EQ(boxes.types[0] & MB_ICONMASK, MB_ICONEXCLAMATION);
+    // One empty cell, where the block ends at its header, clears the target;
+    // the parent gets an empty text, never none.
+    parent.writes.clear();
+    parent.messages.clear();
+    PutText("VXXLIST#1#1#1");
+    b.ZellenEinfuegen(1, 1, 0, 1);
+    EXPECT_EQ(WritesAsText(), (W{"1,0=", "1,1="}));
+    for (const auto& m : parent.messages) {
+        if (m.message == WM_XLISTCTRL_SETTEXT) {
+            EXPECT_NE(m.lParam, 0);
+        }
+    }
 }
 
 TEST_F(Blocks, CellsThatRefuseAreLeftAloneOrSkipped)

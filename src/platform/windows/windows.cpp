@@ -38,6 +38,16 @@ struct Table {
     std::uint32_t recentSerial[2] = {0, 0};
     Entry* recentEntry[2] = {nullptr, nullptr};
     unsigned recentNext = 0;
+    // The procedures of those two windows again, for sending without the
+    // lock: written under the lock like a sequence lock (the version is odd
+    // while a write is under way), read by any thread that then checks the
+    // version did not move. Emptied when a window goes or its procedure
+    // changes.
+    std::atomic<std::uint64_t> fastVersion{0};
+    std::atomic<HWND> fastHandle[2] = {nullptr, nullptr};
+    std::atomic<MessageTarget*> fastTarget[2] = {nullptr, nullptr};
+    std::atomic<WNDPROC> fastProc[2] = {nullptr, nullptr};
+    unsigned fastNext = 0; // under the lock
 };
 
 std::atomic<pid_t> g_pid{0};
@@ -86,6 +96,57 @@ Entry* FindLocked(Table& t, HWND h)
     t.recentSerial[slot] = serial;
     t.recentEntry[slot] = &it->second;
     return &it->second;
+}
+
+// Call with the lock held: a write to the lock-free copy of the procedures.
+template <typename Write>
+void WriteFast(Table& t, Write write)
+{
+    t.fastVersion.fetch_add(1, std::memory_order_relaxed);
+    std::atomic_thread_fence(std::memory_order_release);
+    write();
+    t.fastVersion.fetch_add(1, std::memory_order_release);
+}
+
+void RememberFast(Table& t, HWND h, MessageTarget* target, WNDPROC proc)
+{
+    for (int i = 0; i < 2; ++i) {
+        if (t.fastHandle[i].load(std::memory_order_relaxed) == h)
+            return;
+    }
+    WriteFast(t, [&] {
+        const unsigned slot = t.fastNext++ & 1u;
+        t.fastHandle[slot].store(h, std::memory_order_relaxed);
+        t.fastTarget[slot].store(target, std::memory_order_relaxed);
+        t.fastProc[slot].store(proc, std::memory_order_relaxed);
+    });
+}
+
+void ForgetFast(Table& t)
+{
+    WriteFast(t, [&] {
+        for (int i = 0; i < 2; ++i)
+            t.fastHandle[i].store(nullptr, std::memory_order_relaxed);
+    });
+}
+
+// The window's object and procedure without the lock, if it is one of the
+// two remembered; false sends the caller to the table.
+bool FindFast(const Table& t, HWND h, MessageTarget*& target, WNDPROC& proc)
+{
+    const std::uint64_t before = t.fastVersion.load(std::memory_order_acquire);
+    if (before & 1u)
+        return false;
+    bool found = false;
+    for (int i = 0; i < 2 && !found; ++i) {
+        if (t.fastHandle[i].load(std::memory_order_relaxed) == h) {
+            target = t.fastTarget[i].load(std::memory_order_relaxed);
+            proc = t.fastProc[i].load(std::memory_order_relaxed);
+            found = true;
+        }
+    }
+    std::atomic_thread_fence(std::memory_order_acquire);
+    return found && t.fastVersion.load(std::memory_order_relaxed) == before;
 }
 
 int CopyText(const std::string& text, char* out, int maxCount)
@@ -217,6 +278,7 @@ void UnregisterWindow(HWND hwnd)
                 t.recentEntry[i] = nullptr;
             }
         }
+        ForgetFast(t);
         t.windows.erase(serial);
     }
     detail::DropWindowMessages(hwnd);
@@ -250,19 +312,27 @@ bool detail::WithWindow(HWND hwnd, const std::function<void(MessageTarget*, Wind
     Entry* e = FindLocked(t, hwnd);
     if (!e)
         return false;
+    const WNDPROC before = e->extras.proc;
     fn(e->target, e->extras);
+    if (e->extras.proc != before)
+        ForgetFast(t);
     return true;
 }
 
 bool detail::ProcedureOf(HWND hwnd, MessageTarget*& target, WNDPROC& proc)
 {
     Table& t = TheTable();
+    // A handle of another process (or of this one before a fork) is never
+    // taken from the copy, as the table would not find it either.
+    if (IsLocalHandle(hwnd) && FindFast(t, hwnd, target, proc))
+        return true;
     std::lock_guard lock(t.lock);
     Entry* e = FindLocked(t, hwnd);
     if (!e)
         return false;
     target = e->target;
     proc = e->extras.proc;
+    RememberFast(t, hwnd, target, proc);
     return true;
 }
 

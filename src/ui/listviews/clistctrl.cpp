@@ -192,6 +192,26 @@ const char* CListCtrl::ItemTextInPlace(int item, int subItem) const
                                                               : "";
 }
 
+void CListCtrl::PrefetchItem(int item, bool texts) const
+{
+    if (!d->Valid(item))
+        return;
+    const vx::listviews::Item* it = d->items[static_cast<std::size_t>(item)].get();
+    if (!texts) {
+        // The record may straddle two cache lines.
+        __builtin_prefetch(it);
+        __builtin_prefetch(reinterpret_cast<const char*>(it + 1) - 1);
+        return;
+    }
+    // Short texts live in the array itself.
+    const auto* bytes = reinterpret_cast<const char*>(it->texts.data());
+    const std::size_t size = it->texts.size() * sizeof(CString);
+    for (std::size_t at = 0; at < size; at += 64)
+        __builtin_prefetch(bytes + at);
+    if (size)
+        __builtin_prefetch(bytes + size - 1);
+}
+
 int CListCtrl::GetItemText(int item, int subItem, LPSTR text, int length) const
 {
     LVITEM info{};

@@ -157,6 +157,10 @@ protected:
     // A cell's text where the control keeps it ("" for none), for a class
     // that compares many cells; valid until the cell or the list changes.
     const char* ItemTextInPlace(int item, int subItem) const;
+    // Asks the processor to fetch an item's record ahead of a long run over
+    // the rows, or with `texts` the texts of a record fetched so before.
+    // Only a hint: it never fails and changes nothing.
+    void PrefetchItem(int item, bool texts) const;
 
 private:
     struct Private;

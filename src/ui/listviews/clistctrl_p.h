@@ -91,6 +91,7 @@ struct CListCtrl::Private {
     CRect Client() const;
     // Where rows show: the client area below the header.
     CRect DataRect() const;
+    CRect DataRectIn(CRect client) const;
     // Window coordinates of a point in client coordinates, and of one on the screen.
     CPoint ClientToWindow(CPoint client) const;
     CPoint ScreenToWindow(CPoint screen) const;
@@ -132,6 +133,8 @@ struct CListCtrl::Private {
     void SelectRange(int from, int to, bool keepOthers);
     void MoveFocus(int item, UINT keyFlags);
     CString TextOf(int item, int column) const;
+    // A cell's text, repainted if it changed; false for a cell outside the list.
+    bool SetText(int item, int column, const char* text);
 
     // --- painting -------------------------------------------------------------------
     void Paint();

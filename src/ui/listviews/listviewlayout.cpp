@@ -19,9 +19,13 @@ CRect CListCtrl::Private::Client() const
 
 CRect CListCtrl::Private::DataRect() const
 {
-    CRect r = Client();
-    r.top = std::min(r.bottom, r.top + headerHeight);
-    return r;
+    return DataRectIn(Client());
+}
+
+CRect CListCtrl::Private::DataRectIn(CRect client) const
+{
+    client.top = std::min(client.bottom, client.top + headerHeight);
+    return client;
 }
 
 CPoint CListCtrl::Private::ClientToWindow(CPoint client) const
@@ -303,8 +307,10 @@ void CListCtrl::Private::InvalidateCell(int item, int column)
 {
     if (!Valid(item) || item < top || column < 0 || column >= static_cast<int>(columns.size()))
         return;
-    const CRect data = DataRect();
-    if (RowTop(item) >= data.bottom)
+    // Most cells of a long run of changes lie below what shows: they cost
+    // one look at the client area.
+    const CRect client = Client();
+    if (RowTop(item) >= client.bottom)
         return;
-    Invalidate(CellRect(item, column) & data);
+    Invalidate(CellRect(item, column) & DataRectIn(client));
 }

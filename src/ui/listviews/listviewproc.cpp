@@ -16,6 +16,17 @@ using vx::listviews::Item;
 
 namespace {
 
+// Whether two texts are the same. Inline: a changed cell mostly differs in
+// its first bytes, and a block paste asks for every cell.
+bool SameText(const char* a, const char* b)
+{
+    for (; *a == *b; ++a, ++b) {
+        if (!*a)
+            return true;
+    }
+    return false;
+}
+
 void CopyOut(const CString& text, LPSTR out, int capacity)
 {
     if (!out || capacity <= 0)
@@ -31,6 +42,24 @@ CString CListCtrl::Private::TextOf(int item, int column) const
 {
     const Item& it = *items[static_cast<std::size_t>(item)];
     return static_cast<std::size_t>(column) < it.texts.size() ? it.texts[static_cast<std::size_t>(column)] : CString();
+}
+
+bool CListCtrl::Private::SetText(int item, int column, const char* text)
+{
+    const int columnCount = static_cast<int>(columns.size());
+    if (!Valid(item) || column < 0 || (column > 0 && column >= columnCount))
+        return false;
+    Item& it = *items[static_cast<std::size_t>(item)];
+    const std::size_t need = static_cast<std::size_t>(std::max(column + 1, columnCount));
+    if (it.texts.size() < need)
+        it.texts.resize(need);
+    CString& now = it.texts[static_cast<std::size_t>(column)];
+    const char* fresh = text ? text : "";
+    if (!SameText(now, fresh)) {
+        now = fresh;
+        InvalidateCell(item, column);
+    }
+    return true;
 }
 
 LRESULT CListCtrl::Private::Notify(UINT code, NMHDR* hdr) const
@@ -480,17 +509,8 @@ LRESULT CListCtrl::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
             return FALSE;
         Item& it = *p.items[static_cast<std::size_t>(in->iItem)];
         bool seen = false;
-        if (in->mask & LVIF_TEXT) {
-            const std::size_t need = static_cast<std::size_t>(std::max(in->iSubItem + 1, columnCount));
-            if (it.texts.size() < need)
-                it.texts.resize(need);
-            CString& text = it.texts[static_cast<std::size_t>(in->iSubItem)];
-            const char* fresh = in->pszText ? in->pszText : "";
-            if (std::strcmp(text, fresh) != 0) {
-                text = fresh;
-                p.InvalidateCell(in->iItem, in->iSubItem);
-            }
-        }
+        if (in->mask & LVIF_TEXT)
+            p.SetText(in->iItem, in->iSubItem, in->pszText);
         if ((in->mask & LVIF_IMAGE) && it.image != in->iImage) {
             it.image = in->iImage;
             seen = true;
@@ -523,13 +543,8 @@ LRESULT CListCtrl::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         auto* in = reinterpret_cast<LVITEM*>(lParam);
         if (!in)
             return FALSE;
-        LVITEM info{};
-        info.mask = LVIF_TEXT;
-        info.iItem = static_cast<int>(wParam);
-        info.iSubItem = in->iSubItem;
-        info.pszText = in->pszText;
         // Within the control, as the platform's did: no second message.
-        return CListCtrl::DefWindowProc(LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&info));
+        return p.SetText(static_cast<int>(wParam), in->iSubItem, in->pszText) ? TRUE : FALSE;
     }
     case LVM_GETITEMSTATE: {
         const int index = static_cast<int>(wParam);

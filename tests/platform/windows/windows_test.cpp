@@ -64,6 +64,36 @@ TEST_F(WindowTable, SendReachesTheTargetAtOnce)
     EXPECT_FALSE(IsWindow(nullptr));
 }
 
+// Sends go back and forth between windows that the table remembers; each
+// still reaches its own target, and a window that went reaches nobody.
+TEST_F(WindowTable, SendsBetweenSeveralWindowsReachEachTargetUntilItGoes)
+{
+    Recorder r[3];
+    HWND h[3];
+    for (int i = 0; i < 3; ++i) {
+        r[i].answer = 10 + i;
+        h[i] = vx::RegisterWindow(&r[i], {"w", "c"});
+    }
+    for (int round = 0; round < 4; ++round) {
+        for (int i : {0, 1, 0, 2, 1}) {
+            EXPECT_EQ(SendMessageA(h[i], WM_USER, static_cast<WPARAM>(i), 0), 10 + i);
+            ASSERT_FALSE(r[i].seen.empty());
+            EXPECT_EQ(r[i].seen.back().wParam, static_cast<WPARAM>(i));
+        }
+    }
+    EXPECT_EQ(r[0].Count(WM_USER), 8);
+    EXPECT_EQ(r[1].Count(WM_USER), 8);
+    EXPECT_EQ(r[2].Count(WM_USER), 4);
+    SendMessageA(h[0], WM_USER, 0, 0);
+    SendMessageA(h[1], WM_USER, 1, 0);
+    vx::UnregisterWindow(h[1]);
+    EXPECT_EQ(SendMessageA(h[1], WM_USER, 1, 0), 0);
+    EXPECT_EQ(r[1].Count(WM_USER), 9);
+    EXPECT_EQ(SendMessageA(h[0], WM_USER, 0, 0), 10);
+    vx::UnregisterWindow(h[0]);
+    vx::UnregisterWindow(h[2]);
+}
+
 TEST_F(WindowTable, PostedMessagesWaitForThePump)
 {
     Recorder r;

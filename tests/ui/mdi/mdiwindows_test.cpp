@@ -95,7 +95,10 @@ CMDISelectWindowDlg* OpenDialog()
 bool ChooseMoreWindows(Mdi& m, const std::function<void(CMDISelectWindowDlg&, CListBox&)>& drive)
 {
     bool opened = false;
-    QTimer::singleShot(0, [&] {
+    // A timer of this call only: when no dialog runs it must not fire later.
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
         CMDISelectWindowDlg* dlg = OpenDialog();
         if (!dlg)
             return;
@@ -108,6 +111,7 @@ bool ChooseMoreWindows(Mdi& m, const std::function<void(CMDISelectWindowDlg&, CL
         if (::testing::Test::HasFailure())
             dlg->EndDialog(IDABORT);
     });
+    timer.start(0);
     m.frame.SendMessage(WM_COMMAND, kMoreWindows);
     return opened;
 }
