@@ -3,7 +3,9 @@
 // each (Office 2003 mode), docked at the top, against a QMainWindow with a
 // QMenuBar and three QToolBars of the same entries, in the same run. Each
 // round changes the window's width, so that both lay out afresh, and renders
-// the whole window into an image.
+// the whole window into an image. A third run puts the menu on the frame's
+// own bar (the non-client strip, owner-drawn by the frame's CNewMenu).
+#include "frames/cnewframe.h"
 #include "menus/cmenubar.h"
 #include "platform/windows/cframewnd.h"
 #include "frames/cnewtoolbar.h"
@@ -50,14 +52,22 @@ QImage Strip()
 }
 
 struct LibraryWindow {
-    LibraryWindow()
+    explicit LibraryWindow(bool ownMenuBar)
     {
         // The library's bars in their dearest mode: gradients, grippers and
         // every button painted through custom draw.
         CNewMenu::SetMenuDrawMode(CNewMenu::STYLE_XP_2003);
+        if (ownMenuBar)
+            newFrame = std::make_unique<CNewFrameWnd>();
+        else
+            plainFrame = std::make_unique<CFrameWnd>();
+        CFrameWnd& frame = Frame();
         frame.CreateEx("Frame", "BenchFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 1100, 700));
         pane.CreateEx("", "BenchPane", WS_CHILD | WS_VISIBLE, CRect(0, 0, 10, 10), &frame, AFX_IDW_PANE_FIRST);
-        frame.EnableDocking(CBRS_ALIGN_ANY);
+        if (newFrame)
+            newFrame->EnableDocking(CBRS_ALIGN_ANY); // the library's dock bars
+        else
+            frame.EnableDocking(CBRS_ALIGN_ANY);
         HMENU menu = CreateMenu();
         for (int m = 0; m < kMenus; ++m) {
             HMENU popup = CreatePopupMenu();
@@ -65,10 +75,15 @@ struct LibraryWindow {
                 AppendMenuA(popup, MF_STRING, static_cast<UINT>(1000 + m * 10 + i), "Item");
             AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), MenuTitle(m).c_str());
         }
-        menuBar.Create(&frame);
-        menuBar.LoadMenu(menu, nullptr);
-        menuBar.EnableDocking(CBRS_ALIGN_ANY);
-        frame.DockControlBar(&menuBar);
+        if (ownMenuBar) {
+            newFrame->m_DefaultNewMenu.LoadMenu(menu);
+            vx::NewFrameMenuMade(*newFrame, *newFrame);
+        } else {
+            menuBar.Create(&frame);
+            menuBar.LoadMenu(menu, nullptr);
+            menuBar.EnableDocking(CBRS_ALIGN_ANY);
+            frame.DockControlBar(&menuBar);
+        }
         const QImage strip = Strip();
         images.Create(16, 15, ILC_COLOR24 | ILC_MASK, 0, 4);
         HBITMAP bitmap = vx::BitmapFromQImage(strip);
@@ -88,7 +103,9 @@ struct LibraryWindow {
             bars.push_back(std::move(bar));
         }
     }
-    CFrameWnd frame;
+    CFrameWnd& Frame() { return newFrame ? static_cast<CFrameWnd&>(*newFrame) : *plainFrame; }
+    std::unique_ptr<CFrameWnd> plainFrame;
+    std::unique_ptr<CNewFrameWnd> newFrame;
     CWnd pane;
     CMenuBar menuBar;
     CImageList images;
@@ -126,11 +143,13 @@ void EnsureUi()
     vx::InitUi();
 }
 
-LibraryWindow& Library()
+LibraryWindow& Library(bool ownMenuBar)
 {
     EnsureUi();
-    static auto* w = new LibraryWindow; // lives for the program; windows outlast the benchmarks
-    return *w;
+    // They live for the program; windows outlast the benchmarks.
+    static auto* docked = new LibraryWindow(false);
+    static auto* own = new LibraryWindow(true);
+    return ownMenuBar ? *own : *docked;
 }
 
 QtWindow& Qt()
@@ -140,18 +159,29 @@ QtWindow& Qt()
     return *w;
 }
 
-void BM_FrameWithMenuBarAndThreeToolBars(benchmark::State& state)
+void RunLibrary(benchmark::State& state, bool ownMenuBar)
 {
-    LibraryWindow& w = Library();
+    CFrameWnd& frame = Library(ownMenuBar).Frame();
     int width = 1100;
     for (auto _ : state) {
         width = width == 1100 ? 1099 : 1100;
-        w.frame.MoveWindow(0, 0, width, 700); // RecalcLayout through WM_SIZE
-        QImage image = vx::RenderWindow(w.frame);
+        frame.MoveWindow(0, 0, width, 700); // RecalcLayout through WM_SIZE
+        QImage image = vx::RenderWindow(frame);
         benchmark::DoNotOptimize(image.constBits());
     }
 }
+
+void BM_FrameWithMenuBarAndThreeToolBars(benchmark::State& state)
+{
+    RunLibrary(state, false);
+}
 BENCHMARK(BM_FrameWithMenuBarAndThreeToolBars)->Unit(benchmark::kMicrosecond);
+
+void BM_FrameWithOwnMenuBarAndThreeToolBars(benchmark::State& state)
+{
+    RunLibrary(state, true);
+}
+BENCHMARK(BM_FrameWithOwnMenuBarAndThreeToolBars)->Unit(benchmark::kMicrosecond);
 
 void BM_QMainWindowWithQMenuBarAndThreeQToolBars(benchmark::State& state)
 {

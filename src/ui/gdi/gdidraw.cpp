@@ -261,6 +261,17 @@ void FillDevice(Dc& dc, const QRect& area, const Brush* brush, DWORD rop)
         FillSolidDevice(dc, area, code ? RGB(255, 255, 255) : RGB(0, 0, 0));
         return;
     }
+    if (code == 0xF0 && brush->style == BS_PATTERN && !brush->patternMono && !brush->pattern.isNull() && !dc.Mono()) {
+        // A colour pattern copied as it is: the painter tiles it from the
+        // brush origin, a row at a time instead of a pixel at a time.
+        if (QPainter* p = dc.Painter()) {
+            const QPointF old = p->brushOrigin();
+            p->setBrushOrigin(dc.st.brushOrg);
+            p->fillRect(area, QBrush(brush->pattern));
+            p->setBrushOrigin(old);
+        }
+        return;
+    }
     PixelWriter w(dc);
     if (!w.Valid())
         return;

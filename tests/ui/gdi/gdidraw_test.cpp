@@ -253,3 +253,28 @@ TEST(Brushes, HatchAndPatternRepeatFromTheBrushOrigin)
 }
 
 } // namespace
+
+TEST(FillRect, APatternBrushTilesFromTheBrushOriginInsideTheClip)
+{
+    // Two by two: red green / blue white.
+    vxtest::Canvas source(2, 2);
+    SetPixel(source.hdc(), 0, 0, RGB(255, 0, 0));
+    SetPixel(source.hdc(), 1, 0, RGB(0, 255, 0));
+    SetPixel(source.hdc(), 0, 1, RGB(0, 0, 255));
+    SetPixel(source.hdc(), 1, 1, RGB(255, 255, 255));
+    HBRUSH pattern = CreatePatternBrush(source.bitmap());
+    vxtest::Canvas canvas(8, 4, RGB(0, 0, 0));
+    SetBrushOrgEx(canvas.hdc(), 1, 0, nullptr);
+    IntersectClipRect(canvas.hdc(), 2, 0, 6, 4);
+    RECT all{0, 0, 8, 4};
+    FillRect(canvas.hdc(), &all, pattern);
+    const QImage image = canvas.Image();
+    // Column 2 lies one to the right of the origin: the pattern's column 1.
+    EXPECT_PIXEL(image, 2, 0, RGB(0, 255, 0));
+    EXPECT_PIXEL(image, 3, 0, RGB(255, 0, 0));
+    EXPECT_PIXEL(image, 2, 1, RGB(255, 255, 255));
+    EXPECT_PIXEL(image, 5, 3, RGB(0, 0, 255));
+    EXPECT_PIXEL(image, 1, 0, RGB(0, 0, 0)) << "outside the clip";
+    EXPECT_PIXEL(image, 6, 2, RGB(0, 0, 0)) << "outside the clip";
+    DeleteObject(pattern);
+}
