@@ -20,6 +20,7 @@
 #include <QImage>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -288,6 +289,59 @@ int DrawModeShots(const std::string& dir, vxhost::MainFrame& frame)
     return rc;
 }
 
+BOOL CollectMenuWindows(HWND hwnd, LPARAM param)
+{
+    char cls[16] = {};
+    GetClassNameA(hwnd, cls, sizeof cls);
+    if (std::strcmp(cls, "#32768") == 0 && IsWindowVisible(hwnd))
+        reinterpret_cast<std::vector<HWND>*>(param)->push_back(hwnd);
+    return TRUE;
+}
+
+// A frame whose menu is on its own bar, owner-drawn by CNewMenu: in three
+// draw modes, with a popup opened from the bar by Alt and its mnemonic, and
+// with a maximised child lending the bar its system menu and buttons.
+int OwnMenuBarShots(const std::string& dir)
+{
+    const UINT saved = CNewMenu::GetMenuDrawMode();
+    int rc = 0;
+    vxhost::MainFrame frame;
+    frame.Build(g_MainframeType == MainframeIT ? "IT" : "AT", true);
+    frame.ShowWindow(SW_SHOW);
+    frame.RecalcLayout();
+    frame.SetActiveWindow();
+    for (UINT mode : {0u, 2u, 8u}) {
+        frame.SetDrawMode(mode);
+        vx::ProcessUiEvents();
+        rc |= SaveWindow(frame, dir, "own-menu-bar-mode-" + std::to_string(mode));
+    }
+    // The Edit popup open: the frame and the menu window, taken while the
+    // bar's loop waits for the user.
+    bool shot = false;
+    frame.onMenuIdle = [&] {
+        if (shot)
+            return;
+        shot = true;
+        rc |= SaveWindow(frame, dir, "own-menu-bar-open");
+        std::vector<HWND> menus;
+        EnumWindows(&CollectMenuWindows, reinterpret_cast<LPARAM>(&menus));
+        if (menus.empty() || !CWnd::FromHandle(menus.front()))
+            rc = 1;
+        else
+            rc |= SaveWindow(*CWnd::FromHandle(menus.front()), dir, "own-menu-bar-open-popup");
+        EndMenu();
+    };
+    frame.SendMessage(WM_SYSCOMMAND, SC_KEYMENU, 'e');
+    frame.onMenuIdle = nullptr;
+    rc |= shot ? 0 : 1;
+    frame.MaximiseSecondChild();
+    vx::ProcessUiEvents();
+    rc |= SaveWindow(frame, dir, "own-menu-bar-maximised");
+    frame.SetDrawMode(saved);
+    frame.DestroyWindow();
+    return rc;
+}
+
 // A click on a child's minimise box, as the desktop delivers it.
 void ClickMinimizeBox(CMDIChildWnd& child)
 {
@@ -343,7 +397,7 @@ int WindowListShots(const std::string& dir, vxhost::MainFrame& frame)
     return rc;
 }
 
-int RunFrame(const std::string& shots)
+int RunFrame(const std::string& shots, bool ownMenuBar)
 {
     vx::InitUi();
     CWnd* oldMain = AfxGetMainWnd();
@@ -352,7 +406,7 @@ int RunFrame(const std::string& shots)
         ButtonPage page;
         page.Build();
         vxhost::MainFrame frame;
-        frame.Build(g_MainframeType == MainframeIT ? "IT" : "AT");
+        frame.Build(g_MainframeType == MainframeIT ? "IT" : "AT", ownMenuBar);
         frame.showButtons = [&page] {
             page.ShowWindow(SW_SHOW);
             page.SetActiveWindow();
@@ -377,6 +431,7 @@ int RunFrame(const std::string& shots)
                 SaveWindow(*mini, shots, "floating-bar");
             SaveWindow(frame.PaneTip(), shots, "two-page-tip");
             rc |= DrawModeShots(shots, frame);
+            rc |= OwnMenuBarShots(shots);
             rc |= WindowListShots(shots, frame);
         } else if (!vx::HasDisplay()) {
             // Nobody could close a window that is not seen.
@@ -398,18 +453,22 @@ int RunFrame(const std::string& shots)
 
 int RunGui(vxhost::Args& args)
 {
-    const auto& words = args.words;
+    std::vector<std::string> words = args.words;
+    const auto own = std::find(words.begin(), words.end(), "--system-menu");
+    const bool ownMenuBar = own != words.end();
+    if (ownMenuBar)
+        words.erase(own);
     if (words.empty())
-        return RunFrame(std::string());
+        return RunFrame(std::string(), ownMenuBar);
     const std::string shots = vxhost::ScreenshotDir(words);
-    return shots.empty() ? vxhost::Usage("gui") : RunFrame(shots);
+    return shots.empty() ? vxhost::Usage("gui") : RunFrame(shots, ownMenuBar);
 }
 
 int RunScreenshot(vxhost::Args& args)
 {
     if (args.words.size() != 1 || vxhost::IsOption(args.words[0]) || args.words[0].empty())
         return vxhost::Usage("--screenshot");
-    int rc = RunFrame(args.words[0]);
+    int rc = RunFrame(args.words[0], false);
     // The library's dialogs too, each by its own command.
     for (const char* name : {"design", "resize"}) {
         for (const auto& c : vxhost::Commands()) {
@@ -463,7 +522,7 @@ int RunButtonTour(vxhost::Args& args)
 
 } // namespace
 
-VXHOST_COMMAND_NO_TOUR("gui", "[--screenshot DIR]  the main window of AT (menu bar, tool bars, tooltips) and a page of buttons", 90, RunGui);
+VXHOST_COMMAND_NO_TOUR("gui", "[--system-menu] [--screenshot DIR]  the main window of AT (menu bar, tool bars, tooltips) and a page of buttons; --system-menu: the menu on the frame's own bar", 90, RunGui);
 VXHOST_COMMAND_NO_TOUR("--screenshot", "DIR  write a PNG of each window of the frame and of the dialogs, then exit", 91,
                        RunScreenshot);
 VXHOST_COMMAND("buttons", "shade a button offscreen and write its image", 92, RunButtonTour);

@@ -74,7 +74,7 @@ HMENU Popup(std::initializer_list<std::pair<UINT, const char*>> items)
 
 } // namespace
 
-void MainFrame::Build(const char* stem)
+void MainFrame::Build(const char* stem, bool ownMenuBar)
 {
     CString title;
     title.Format("%s %s", GetString(6706).GetString(), stem);
@@ -103,10 +103,18 @@ void MainFrame::Build(const char* stem)
                            {ID_WINDOW_TILE_VERT, "&Obok siebie"}, {ID_WINDOW_ARRANGE, "&Rozmie\x9C\xE6 ikony"}});
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windows), "&Okno");
     AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(Popup({{ID_ABOUT, "&O programie..."}})), "Pomo&c");
-    m_menuBar.Create(this, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_TOOLTIPS);
-    m_menuBar.LoadMenu(menu, nullptr);
-    m_menuBar.EnableDocking(CBRS_ALIGN_ANY);
-    DockControlBar(&m_menuBar);
+    if (ownMenuBar) {
+        // The frame's CNewMenu takes the menu over (its items become
+        // owner-drawn) and the bar gets the draw mode's background.
+        m_DefaultNewMenu.LoadMenu(menu);
+        vx::NewFrameMenuMade(*this, *this);
+        m_hMenuDefault = m_DefaultNewMenu.m_hMenu;
+    } else {
+        m_menuBar.Create(this, WS_CHILD | WS_VISIBLE | CBRS_TOP | CBRS_TOOLTIPS);
+        m_menuBar.LoadMenu(menu, nullptr);
+        m_menuBar.EnableDocking(CBRS_ALIGN_ANY);
+        DockControlBar(&m_menuBar);
+    }
 
     m_images.Create(16, 15, ILC_COLOR24 | ILC_MASK, 0, 4);
     BuildToolBars();
@@ -151,6 +159,10 @@ void MainFrame::SetDrawMode(UINT mode)
         return;
     CNewMenu::SetMenuDrawMode(mode);
     CheckMenuRadioItem(m_styles, ID_STYLE_FIRST, ID_STYLE_FIRST + 9, ID_STYLE_FIRST + mode, MF_BYCOMMAND);
+    if (HMENU own = ::GetMenu(m_hWnd)) {
+        UpdateMenuBarColor(own);
+        ::DrawMenuBar(m_hWnd);
+    }
     // Where each bar is: its side, or the top left of its mini frame.
     struct Place {
         UINT side = AFX_IDW_DOCKBAR_TOP;
@@ -243,9 +255,9 @@ void MainFrame::ShowSampleStates()
 BOOL MainFrame::PreTranslateMessage(MSG* msg)
 {
     m_tip.RelayEvent(msg);
-    if (m_menuBar.TranslateFrameMessage(msg))
+    if (m_menuBar.m_hWnd && m_menuBar.TranslateFrameMessage(msg))
         return TRUE;
-    return CMDIFrameWnd::PreTranslateMessage(msg);
+    return CNewMDIFrameWnd::PreTranslateMessage(msg);
 }
 
 LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
@@ -261,6 +273,10 @@ LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         }
         break;
     }
+    case WM_ENTERIDLE:
+        if (wParam == MSGF_MENU && onMenuIdle)
+            onMenuIdle();
+        break;
     case WM_COMMAND:
         if (LOWORD(wParam) == ID_BUTTONS && showButtons) {
             showButtons();
@@ -278,12 +294,18 @@ LRESULT MainFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     default:
         break;
     }
-    return CMDIFrameWnd::WindowProc(message, wParam, lParam);
+    return CNewMDIFrameWnd::WindowProc(message, wParam, lParam);
+}
+
+void MainFrame::MaximiseSecondChild()
+{
+    m_children[1].MDIMaximize();
+    RecalcLayout();
 }
 
 void MainFrame::OnDestroy()
 {
-    CMDIFrameWnd::OnDestroy();
+    CNewMDIFrameWnd::OnDestroy();
     if (quitOnClose)
         PostQuitMessage(0);
 }

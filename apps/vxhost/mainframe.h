@@ -1,5 +1,6 @@
 // The main window of a program of the suite in the sample host: a frame with
-// the library's menu bar, two tool bars (one docked, one floating) with
+// the library's menu bar (the dockable CMenuBar, or the frame's own menu bar
+// owner-drawn by CNewMenu), two tool bars (one docked, one floating) with
 // tooltips, two child frames with a drawing each and the library's own
 // tooltip over the first.
 #pragma once
@@ -14,14 +15,17 @@
 
 namespace vxhost {
 
-class MainFrame : public CMDIFrameWnd {
+class MainFrame : public CNewMDIFrameWnd {
 public:
     // Called by the "Przyciski" command of the View menu.
     std::function<void()> showButtons;
     bool quitOnClose = false;
+    // Called while a menu of the frame waits for the user (WM_ENTERIDLE).
+    std::function<void()> onMenuIdle;
 
-    // Builds the frame as AT or IT (`stem`), hidden.
-    void Build(const char* stem);
+    // Builds the frame as AT or IT (`stem`), hidden; `ownMenuBar`: the menu
+    // goes on the frame's own bar instead of the dockable one.
+    void Build(const char* stem, bool ownMenuBar = false);
     // Shows the two-page tooltip over the pane, as if the mouse rested there.
     void ShowPaneTip();
     // A checked and a disabled button on the docked bar and the cursor on
@@ -35,6 +39,8 @@ public:
     void SetDrawMode(UINT mode);
     CVXToolTipCtrl& PaneTip() { return m_tip; }
     CMenuBar& MenuBar() { return m_menuBar; }
+    // The second child, maximised (its buttons join the frame's own bar).
+    void MaximiseSecondChild();
 
     BOOL PreTranslateMessage(MSG* msg) override;
 

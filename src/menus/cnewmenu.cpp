@@ -11,6 +11,7 @@
 #include "ui/images/cbitmap.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <unordered_set>
 
@@ -212,7 +213,13 @@ void CNewMenu::MeasureItem(LPMEASUREITEMSTRUCT item)
     if (!item || !m_pActMenuDrawing)
         return;
     const CMenuTheme::MeasureFunc measure = m_pActMenuDrawing->m_pMeasureItemFunc;
-    (this->*measure)(item, IsMenuBar(m_hMenu));
+    // An item lies on a bar when its own menu is the bar (a menu with no
+    // parent that is not a popup, as DrawItem decides) or when it is a bar's
+    // entry opening a sub-menu (itemID is that sub-menu); the items of a
+    // drop-down measure as a popup's.
+    const bool ownMenuIsBar = !m_hParentMenu && !m_bIsPopupMenu;
+    const HMENU sub = reinterpret_cast<HMENU>(static_cast<std::uintptr_t>(item->itemID));
+    (this->*measure)(item, ownMenuIsBar || (::IsMenu(sub) && IsMenuBar(sub)));
 }
 
 void CNewMenu::DrawTitle(LPDRAWITEMSTRUCT item, BOOL isMenuBar)

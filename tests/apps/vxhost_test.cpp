@@ -117,8 +117,9 @@ TEST(Vxhost, RefusesOptionsACommandDoesNotTake)
         {{"--as", "AT", "--demo", "--open", "dir"}, "usage: vxhost --as AT|IT"},
         {{"--as", "AT", "--lifetime", "0"}, "usage: vxhost --as AT|IT"},
         {{"--as"}, "usage: vxhost --as AT|IT"},
-        {{"gui", "--bogus"}, "usage: vxhost gui [--screenshot DIR]"},
-        {{"gui", "--screenshot"}, "usage: vxhost gui [--screenshot DIR]"},
+        {{"gui", "--bogus"}, "usage: vxhost gui [--system-menu] [--screenshot DIR]"},
+        {{"gui", "--system-menu", "x"}, "usage: vxhost gui [--system-menu] [--screenshot DIR]"},
+        {{"gui", "--screenshot"}, "usage: vxhost gui [--system-menu] [--screenshot DIR]"},
         {{"--screenshot"}, "usage: vxhost --screenshot DIR"},
         {{"--screenshot", "a", "b"}, "usage: vxhost --screenshot DIR"},
         {{"buttons", "x"}, "usage: vxhost buttons\n"},
@@ -246,6 +247,12 @@ TEST(Vxhost, GuiShowsTheFrameInEachDrawMode)
     }
     EXPECT_NE(read("floating-bar-mode-0"), read("floating-bar-mode-8"));
     EXPECT_NE(read("frame-mode-2"), read("frame-mode-6"));
+    // The frame with the menu on its own bar: per mode, with a popup opened
+    // from the bar, and with a maximised child's buttons in it.
+    for (const char* name : {"own-menu-bar-mode-0", "own-menu-bar-mode-8", "own-menu-bar-open",
+                             "own-menu-bar-open-popup", "own-menu-bar-maximised"})
+        EXPECT_GT(read(name).size(), 500u) << name;
+    EXPECT_NE(read("own-menu-bar-mode-0"), read("own-menu-bar-mode-8"));
     // Minimised children arranged, and the Window menu's "Select Window".
     EXPECT_GT(read("frame-icons").size(), 1000u);
     EXPECT_GT(read("select-window").size(), 200u);

@@ -108,3 +108,50 @@ TEST(NewFrame, MdiChildHoldsItsOwnSystemMenu)
     EXPECT_EQ(child.m_SystemNewMenu.m_hMenu, nullptr) << "let go with the window";
     frame.DestroyWindow();
 }
+
+TEST(NewFrame, TheLineUnderTheMenuBarTakesTheBarsBrush)
+{
+    HBRUSH green = CreateSolidBrush(RGB(0, 160, 0));
+    auto withBrush = [&] {
+        HMENU menu = CreateMenu();
+        AppendMenuA(menu, MF_STRING, 1, "&Plik");
+        MENUINFO info{};
+        info.cbSize = sizeof info;
+        info.fMask = MIM_BACKGROUND;
+        info.hbrBack = green;
+        SetMenuInfo(menu, &info);
+        return menu;
+    };
+    auto lineOf = [](CFrameWnd& frame) {
+        CRect window, client;
+        frame.GetWindowRect(&window);
+        frame.GetClientRect(&client);
+        frame.ClientToScreen(&client);
+        return CRect(client.left - window.left, client.top - window.top - 1, client.right - window.left,
+                     client.top - window.top);
+    };
+    CNewFrameWnd frame;
+    ASSERT_TRUE(frame.CreateEx("Frame", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 400, 300)));
+    HMENU menu = withBrush();
+    ASSERT_TRUE(::SetMenu(frame.m_hWnd, menu));
+    const CRect line = lineOf(frame);
+    ASSERT_GT(line.top, 0);
+    const QImage shot = vxtest::Render(frame);
+    EXPECT_RECT_COLOR(shot, line, RGB(0, 160, 0));
+    EXPECT_PIXEL(shot, line.right - 1, line.top - 2, RGB(0, 160, 0)) << "the bar above it";
+
+    // The framework's frame leaves the platform's line.
+    CFrameWnd plain;
+    ASSERT_TRUE(plain.CreateEx("Plain", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 400, 300)));
+    HMENU other = withBrush();
+    ::SetMenu(plain.m_hWnd, other);
+    EXPECT_RECT_COLOR(vxtest::Render(plain), lineOf(plain), GetSysColor(COLOR_3DFACE));
+
+    ::SetMenu(frame.m_hWnd, nullptr);
+    ::SetMenu(plain.m_hWnd, nullptr);
+    plain.DestroyWindow();
+    frame.DestroyWindow();
+    DestroyMenu(menu);
+    DestroyMenu(other);
+    DeleteObject(green);
+}

@@ -4,6 +4,8 @@
 // classic colours (menu 212, 208, 200; window white; highlight 10, 36, 106).
 #include "newmenutest.h"
 
+#include <cstdint>
+
 #include "platform/windows/sysmetrics.h"
 #include "ui/windows/qtinterop.h"
 
@@ -105,6 +107,42 @@ TEST(CNewMenuMeasure, BarItemsAndTitles)
     const CSize side = MeasureOne(popup, 0);
     EXPECT_EQ(side.cy, 0);
     EXPECT_EQ(side.cx, std::max(0, across.cy - GetSystemMetrics(SM_CXMENUCHECK)));
+}
+
+TEST(CNewMenuMeasure, AFramesBarMeasuresItsEntriesAsABarsAndItsDropDownsAsPopups)
+{
+    DrawMode mode(CNewMenu::STYLE_XP);
+    HMENU plainBar = CreateMenu();
+    HMENU edit = CreatePopupMenu();
+    AppendMenuA(edit, MF_STRING, 7, "&Edit");
+    AppendMenuA(plainBar, MF_POPUP, reinterpret_cast<UINT_PTR>(edit), "&Edit");
+    AppendMenuA(plainBar, MF_STRING, 8, "&Edit");
+    CNewMenu bar;
+    ASSERT_TRUE(bar.LoadMenu(plainBar));
+    CWnd frame;
+    ASSERT_TRUE(frame.CreateEx("frame", "Frame", WS_POPUP, CRect(0, 0, 300, 200)));
+    ::SetMenu(frame.m_hWnd, bar.m_hMenu);
+    // As the window's menu measures them: by the sub-menu's handle, or by id and data.
+    auto measure = [&](HMENU holder, int position) {
+        MENUITEMINFOA info{};
+        info.cbSize = sizeof info;
+        info.fMask = MIIM_ID | MIIM_DATA | MIIM_SUBMENU;
+        GetMenuItemInfoA(holder, static_cast<UINT>(position), TRUE, &info);
+        MEASUREITEMSTRUCT mis{};
+        mis.CtlType = ODT_MENU;
+        mis.itemID = info.hSubMenu ? static_cast<UINT>(reinterpret_cast<std::uintptr_t>(info.hSubMenu)) : info.wID;
+        mis.itemData = info.dwItemData;
+        MSG msg{frame.m_hWnd, WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&mis), 0, {}};
+        EXPECT_TRUE(CNewMenu::OnMeasureItem(&msg));
+        return static_cast<int>(mis.itemWidth);
+    };
+    const int entry = measure(bar.m_hMenu, 0); // "&Edit" on the bar
+    const int command = measure(bar.m_hMenu, 1); // "&Edit", a command on the bar
+    const int dropDown = measure(GetSubMenu(bar.m_hMenu, 0), 0); // "&Edit" in the drop-down
+    EXPECT_EQ(entry, command) << "both as a bar's";
+    EXPECT_EQ(dropDown - entry, GetSystemMetrics(SM_CYMENU) / 2 + 16 + 6 + 6) << "the popup's columns";
+    ::SetMenu(frame.m_hWnd, nullptr);
+    frame.DestroyWindow();
 }
 
 TEST(CNewMenuDraw, XpFillsColumnTextAreaAndSelection)

@@ -89,3 +89,55 @@ TEST_F(MenuBarColorTest, AnEntryThatDoesNotShowIsNotDrawn)
     EXPECT_FALSE(DrawMenubarItem(nullptr, bar, 0, 0));
     window.DestroyWindow();
 }
+
+TEST_F(MenuBarColorTest, AnEntryOfAWindowsBarIsDrawnByTheWindowInPlace)
+{
+    // A window that records each WM_DRAWITEM of its bar.
+    class Window : public CWnd {
+    public:
+        std::vector<DRAWITEMSTRUCT> drawn;
+
+    protected:
+        LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+        {
+            if (message == WM_DRAWITEM) {
+                drawn.push_back(*reinterpret_cast<DRAWITEMSTRUCT*>(lParam));
+                return TRUE;
+            }
+            if (message == WM_MEASUREITEM) {
+                auto* mis = reinterpret_cast<MEASUREITEMSTRUCT*>(lParam);
+                mis->itemWidth = 50;
+                mis->itemHeight = 18;
+                return TRUE;
+            }
+            return CWnd::WindowProc(message, wParam, lParam);
+        }
+    } window;
+    ASSERT_TRUE(window.CreateEx("W", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 300, 100)));
+    HMENU bar = CreateMenu();
+    AppendMenuA(bar, MF_STRING, 1, "&Plik");
+    AppendMenuA(bar, MF_OWNERDRAW, 2, reinterpret_cast<LPCSTR>(0x4242));
+    ::SetMenu(window.m_hWnd, bar);
+    window.drawn.clear();
+    CNewMenu::m_dwLastActiveItem = 0;
+    EXPECT_TRUE(DrawMenubarItem(&window, CMenu::FromHandle(bar), 1, ODS_HOTLIGHT));
+    ASSERT_EQ(window.drawn.size(), 1u);
+    const DRAWITEMSTRUCT& d = window.drawn.front();
+    EXPECT_EQ(d.CtlType, static_cast<UINT>(ODT_MENU));
+    EXPECT_EQ(d.itemID, 2u);
+    EXPECT_EQ(d.itemState, static_cast<UINT>(ODS_HOTLIGHT));
+    EXPECT_EQ(d.hwndItem, reinterpret_cast<HWND>(bar));
+    // In window coordinates, just after the text entry, in the bar's row.
+    RECT r{};
+    ASSERT_TRUE(GetMenuItemRect(window.m_hWnd, bar, 1, &r));
+    CRect outer;
+    window.GetWindowRect(&outer);
+    EXPECT_EQ(CRect(d.rcItem), CRect(r) - outer.TopLeft());
+    EXPECT_EQ(d.rcItem.top, 0);
+    EXPECT_EQ(d.rcItem.right - d.rcItem.left, 50 + 12) << "with the bar's spacing";
+    EXPECT_EQ(CNewMenu::m_dwLastActiveItem, 0x4242u);
+    EXPECT_FALSE(DrawMenubarItem(&window, CMenu::FromHandle(bar), 0, 0)) << "a text entry is not the window's to draw";
+    ::SetMenu(window.m_hWnd, nullptr);
+    DestroyMenu(bar);
+    window.DestroyWindow();
+}

@@ -1,4 +1,5 @@
 #include "platform/windows/cwnd.h"
+#include "platform/windows/menubarbridge.h"
 
 // The default handlers: each passes its message on to DefWindowProc, as the
 // framework's handlers do, unless its comment in cwnd.h says otherwise.
@@ -184,6 +185,10 @@ void CWnd::OnDrawItem(int, LPDRAWITEMSTRUCT item)
     if (item && item->CtlType != ODT_MENU &&
         ReflectToChild(FromHandle(item->hwndItem), WM_DRAWITEM, m_current.wParam, m_current.lParam, &result))
         return;
+    // A menu item goes to its menu's object, as the framework does.
+    const vx::MenuBarBridge& menus = vx::GetMenuBarBridge();
+    if (item && item->CtlType == ODT_MENU && menus.drawItem && menus.drawItem(*item))
+        return;
     Default();
 }
 
@@ -192,6 +197,9 @@ void CWnd::OnMeasureItem(int controlId, LPMEASUREITEMSTRUCT item)
     LRESULT result = 0;
     if (item && item->CtlType != ODT_MENU &&
         ReflectToChild(GetDlgItem(controlId), WM_MEASUREITEM, m_current.wParam, m_current.lParam, &result))
+        return;
+    const vx::MenuBarBridge& menus = vx::GetMenuBarBridge();
+    if (item && item->CtlType == ODT_MENU && menus.measureItem && menus.measureItem(*this, *item))
         return;
     Default();
 }

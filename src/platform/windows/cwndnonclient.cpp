@@ -1,6 +1,8 @@
 #include "platform/windows/cwnd.h"
 
 #include "platform/windows/cwnd_p.h"
+#include "platform/windows/winuser.h"
+#include "platform/windows/menubarbridge.h"
 #include "platform/windows/sysmetrics.h"
 
 #include <algorithm>
@@ -12,6 +14,23 @@
 namespace vx {
 
 FrameBridge g_frameBridge;
+
+namespace {
+MenuBarBridge g_menuBar;
+// Alt went down with no other key or click since: its release enters the
+// menu bar.
+bool g_altAlone = false;
+} // namespace
+
+void SetMenuBarBridge(const MenuBarBridge& bridge)
+{
+    g_menuBar = bridge;
+}
+
+const MenuBarBridge& GetMenuBarBridge()
+{
+    return g_menuBar;
+}
 
 void SetFrameBridge(const FrameBridge& bridge)
 {
@@ -55,6 +74,12 @@ bool TopLevel(const CWnd& w)
     return !w.GetParent() || !(w.GetStyle() & WS_CHILD);
 }
 
+// Child windows have no menu bar, whatever SetMenu was told.
+bool MayHaveMenuBar(const CWnd& w)
+{
+    return !(w.GetStyle() & WS_CHILD);
+}
+
 LRESULT DefaultHitTest(CWnd& window, CPoint screen)
 {
     CRect outer;
@@ -65,6 +90,8 @@ LRESULT DefaultHitTest(CWnd& window, CPoint screen)
     client.OffsetRect(outer.TopLeft());
     if (client.PtInRect(screen))
         return HTCLIENT;
+    if (g_menuBar.contains && MayHaveMenuBar(window) && g_menuBar.contains(window, screen))
+        return HTMENU;
     if (!(window.GetStyle() & WS_THICKFRAME))
         return HTBORDER;
     // On a sizing frame the corners reach in as far as a caption is high.
@@ -92,6 +119,33 @@ LRESULT DefaultHitTest(CWnd& window, CPoint screen)
     return top ? HTTOP : HTBOTTOM;
 }
 
+// The system menu's commands on any window; the menu bar's two entries go
+// to its loop.
+LRESULT DefaultSysCommand(CWnd& window, WPARAM wParam, LPARAM lParam)
+{
+    switch (wParam & 0xFFF0) {
+    case SC_KEYMENU:
+    case SC_MOUSEMENU:
+        if (g_menuBar.track && MayHaveMenuBar(window))
+            g_menuBar.track(window, wParam & 0xFFF0, lParam);
+        return 0;
+    case SC_CLOSE:
+        window.SendMessage(WM_CLOSE);
+        return 0;
+    case SC_MINIMIZE:
+        window.ShowWindow(SW_MINIMIZE);
+        return 0;
+    case SC_MAXIMIZE:
+        window.ShowWindow(SW_MAXIMIZE);
+        return 0;
+    case SC_RESTORE:
+        window.ShowWindow(SW_RESTORE);
+        return 0;
+    default:
+        return 0;
+    }
+}
+
 } // namespace
 
 LRESULT DefaultNonClient(CWnd& window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -106,6 +160,9 @@ LRESULT DefaultNonClient(CWnd& window, UINT message, WPARAM wParam, LPARAM lPara
         r->top += insets.top;
         r->right = std::max(r->left, r->right - insets.right);
         r->bottom = std::max(r->top, r->bottom - insets.bottom);
+        // The menu bar lies inside the frame, above the client area.
+        if (g_menuBar.height && MayHaveMenuBar(window) && window.m_hWnd)
+            r->top = std::min(r->bottom, r->top + g_menuBar.height(window, r->right - r->left));
         return 0;
     }
     case WM_NCHITTEST:
@@ -115,6 +172,48 @@ LRESULT DefaultNonClient(CWnd& window, UINT message, WPARAM wParam, LPARAM lPara
             // wParam 1 stands for the whole frame, as on the original.
             HRGN clip = wParam == 1 ? nullptr : reinterpret_cast<HRGN>(wParam);
             g_frameBridge.drawFrame(window, nullptr, clip);
+        }
+        if (g_menuBar.paint && MayHaveMenuBar(window) && window.m_hWnd)
+            g_menuBar.paint(window, nullptr);
+        return 0;
+    case WM_NCMOUSEMOVE:
+        if (wParam == HTMENU && g_menuBar.hover)
+            g_menuBar.hover(window, PointOf(lParam));
+        return 0;
+    case WM_NCLBUTTONDOWN:
+        g_altAlone = false;
+        if (wParam == HTMENU)
+            window.SendMessage(WM_SYSCOMMAND, SC_MOUSEMENU, lParam);
+        return 0;
+    case WM_SYSCOMMAND:
+        return DefaultSysCommand(window, wParam, lParam);
+    case WM_KEYDOWN:
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+        g_altAlone = false;
+        return 0;
+    case WM_SYSKEYDOWN:
+        // A held Alt repeats; any other key makes it a chord.
+        if (wParam != VK_MENU || !(lParam & (1 << 30)))
+            g_altAlone = wParam == VK_MENU;
+        return 0;
+    case WM_SYSKEYUP: {
+        const bool alt = wParam == VK_MENU && g_altAlone;
+        const bool f10 = wParam == VK_F10 && GetKeyState(VK_SHIFT) >= 0 && GetKeyState(VK_CONTROL) >= 0;
+        g_altAlone = false;
+        if (alt || f10) {
+            CWnd* top = TopLevelOf(&window);
+            if (top && top->m_hWnd)
+                top->SendMessage(WM_SYSCOMMAND, SC_KEYMENU, 0);
+        }
+        return 0;
+    }
+    case WM_SYSCHAR:
+        // Alt with a letter: the menu bar's item of that mnemonic.
+        if (wParam > ' ') {
+            CWnd* top = TopLevelOf(&window);
+            if (top && top->m_hWnd)
+                top->SendMessage(WM_SYSCOMMAND, SC_KEYMENU, static_cast<LPARAM>(wParam));
         }
         return 0;
     case WM_WINDOWPOSCHANGED: {
@@ -140,6 +239,8 @@ LRESULT DefaultNonClient(CWnd& window, UINT message, WPARAM wParam, LPARAM lPara
             return 0;
         if ((flags & PRF_NONCLIENT) && g_frameBridge.drawFrame)
             g_frameBridge.drawFrame(window, dc, nullptr);
+        if ((flags & PRF_NONCLIENT) && g_menuBar.paint && MayHaveMenuBar(window))
+            g_menuBar.paint(window, dc);
         if ((flags & (PRF_CLIENT | PRF_ERASEBKGND | PRF_CHILDREN)) && g_frameBridge.printClient)
             g_frameBridge.printClient(window, dc, flags);
         return 0;

@@ -116,6 +116,18 @@ struct MINMAXINFO {
 };
 using LPMINMAXINFO = MINMAXINFO*;
 
+// The commands of the system menu (WM_SYSCOMMAND).
+constexpr UINT SC_SIZE = 0xF000;
+constexpr UINT SC_MOVE = 0xF010;
+constexpr UINT SC_MINIMIZE = 0xF020;
+constexpr UINT SC_MAXIMIZE = 0xF030;
+constexpr UINT SC_NEXTWINDOW = 0xF040;
+constexpr UINT SC_PREVWINDOW = 0xF050;
+constexpr UINT SC_CLOSE = 0xF060;
+constexpr UINT SC_MOUSEMENU = 0xF090;
+constexpr UINT SC_KEYMENU = 0xF100;
+constexpr UINT SC_RESTORE = 0xF120;
+
 // Hit test codes (WM_NCHITTEST, low word of WM_SETCURSOR's lParam, wParam
 // of the WM_NC mouse messages).
 constexpr int HTERROR = -2;

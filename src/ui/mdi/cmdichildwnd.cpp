@@ -182,6 +182,9 @@ CRect CMDIChildWnd::BoxRect(Box box) const
 
 void CMDIChildWnd::OnNcCalcSize(BOOL, NCCALCSIZE_PARAMS* params)
 {
+    // Maximised with its buttons in the frame's menu bar, the child is all client.
+    if (InFrameMenuBar())
+        return;
     CRect r(params->rgrc[0]);
     const int f = FrameWidth();
     r.DeflateRect(f, f);
@@ -194,8 +197,16 @@ void CMDIChildWnd::OnNcCalcSize(BOOL, NCCALCSIZE_PARAMS* params)
     params->rgrc[0] = r;
 }
 
+bool CMDIChildWnd::InFrameMenuBar() const
+{
+    CMDIClientWnd* client = Client();
+    return m_hWnd && client && client->BarChild() == m_hWnd;
+}
+
 void CMDIChildWnd::OnNcPaint()
 {
+    if (InFrameMenuBar())
+        return;
     CWindowDC dc(this);
     CRect r;
     GetWindowRect(&r);
@@ -292,6 +303,8 @@ LRESULT CMDIChildWnd::OnNcHitTest(CPoint screen)
     GetWindowRect(&r);
     if (!r.PtInRect(screen))
         return HTNOWHERE;
+    if (InFrameMenuBar())
+        return HTCLIENT;
     const CPoint at = screen - r.TopLeft();
     if (BoxRect(Box::Close).PtInRect(at))
         return HTCLOSE;
@@ -474,6 +487,30 @@ LRESULT CMDIChildWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         OnMDIActivate(activated == this, activated, deactivated);
         return 0;
     }
+    case WM_SYSCOMMAND:
+        // The commands of its system menu and of its buttons, wherever they show.
+        switch (wParam & 0xFFF0) {
+        case SC_CLOSE:
+            PostMessage(WM_CLOSE);
+            return 0;
+        case SC_MAXIMIZE:
+            MDIMaximize();
+            return 0;
+        case SC_RESTORE:
+            MDIRestore();
+            return 0;
+        case SC_MINIMIZE:
+            if (CMDIClientWnd* client = Client())
+                client->Minimize(this);
+            return 0;
+        case SC_NEXTWINDOW:
+        case SC_PREVWINDOW:
+            if (CMDIClientWnd* client = Client())
+                client->Next((wParam & 0xFFF0) == SC_PREVWINDOW);
+            return 0;
+        default:
+            return CFrameWnd::WindowProc(message, wParam, lParam);
+        }
     case WM_SETTEXT: {
         const LRESULT result = CFrameWnd::WindowProc(message, wParam, lParam);
         if (m_hWnd) {

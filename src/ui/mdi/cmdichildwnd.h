@@ -73,6 +73,8 @@ protected:
 private:
     friend class CMDIClientWnd;
     CMDIClientWnd* Client() const;
+    // Maximised, with its system menu and buttons in the frame's menu bar.
+    bool InFrameMenuBar() const;
     int FrameWidth() const;
     // The window rectangle in the MDI client's coordinates.
     CRect RectInClient() const;

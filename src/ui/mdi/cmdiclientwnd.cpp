@@ -148,6 +148,7 @@ void CMDIClientWnd::RemoveChild(CMDIChildWnd* child)
         if (frame && frame->m_hMenuDefault && m_frameMenu && m_frameMenu != frame->m_hMenuDefault)
             SetMenus(frame->m_hMenuDefault, FindWindowMenu(frame->m_hMenuDefault));
     }
+    UpdateBarButtons();
     UpdateWindowMenu();
     UpdateFrameTitle();
 }
@@ -286,6 +287,7 @@ void CMDIClientWnd::Maximize(CMDIChildWnd* child)
     child->SetWindowPos(nullptr, 0, 0, client.Width(), client.Height(), SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     if (child != m_active)
         Activate(child);
+    UpdateBarButtons();
     UpdateFrameTitle();
 }
 
@@ -294,6 +296,7 @@ void CMDIClientWnd::Restore(CMDIChildWnd* child)
     if (!child || !(child->GetStyle() & (WS_MAXIMIZE | WS_MINIMIZE)))
         return;
     child->ModifyStyle(WS_MAXIMIZE | WS_MINIMIZE, 0);
+    UpdateBarButtons();
     const CRect& r = child->m_restoreRect;
     child->SetWindowPos(nullptr, r.left, r.top, r.Width(), r.Height(), SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     UpdateFrameTitle();
@@ -317,6 +320,7 @@ void CMDIClientWnd::Minimize(CMDIChildWnd* child)
     if (!child->IsZoomed())
         child->m_restoreRect = child->RectInClient();
     child->ModifyStyle(WS_MAXIMIZE, WS_MINIMIZE);
+    UpdateBarButtons();
     // The first place no other minimised child lies in.
     CRect place;
     for (int index = 0;; ++index) {
@@ -404,6 +408,7 @@ HMENU CMDIClientWnd::SetMenus(HMENU frameMenu, HMENU windowMenu)
         frame->SendMessage(WM_MDISETMENU, reinterpret_cast<WPARAM>(frameMenu), reinterpret_cast<LPARAM>(windowMenu));
         ::DrawMenuBar(frame->m_hWnd);
     }
+    UpdateBarButtons();
     UpdateWindowMenu();
     return old;
 }

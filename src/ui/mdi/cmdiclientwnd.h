@@ -24,6 +24,9 @@ public:
     // The children in the order they were made (the Window menu's order).
     const std::vector<CMDIChildWnd*>& Children() const { return m_children; }
     HMENU WindowMenu() const { return m_windowMenu; }
+    // The maximised child whose system menu and buttons are in the frame's
+    // menu bar, or null.
+    HWND BarChild() const { return m_barChild; }
     // Where the next child goes when it gives no rectangle.
     CRect NextCascadeRect();
 
@@ -78,6 +81,9 @@ private:
     static HMENU FindWindowMenu(HMENU menu);
     void UpdateWindowMenu();
     void UpdateFrameTitle();
+    // Puts the maximised active child's system menu and buttons into the
+    // frame's menu bar, or takes them out (mdimenubar.cpp).
+    void UpdateBarButtons();
     // Visible children that are not minimised, the active one last.
     std::vector<CMDIChildWnd*> Arrangeable() const;
     CMDIChildWnd* ChildOf(HWND hwnd) const;
@@ -86,6 +92,8 @@ private:
     std::vector<CMDIChildWnd*> m_children;
     CMDIChildWnd* m_active = nullptr;
     HMENU m_frameMenu = nullptr;
+    HMENU m_barMenu = nullptr;
+    HWND m_barChild = nullptr;
     int m_cascadeNext = 0;
     // The frame's title without " - [child]".
     CString m_frameTitle;

@@ -2,8 +2,12 @@
 
 #include "ui/gdi/handlemap_p.h"
 #include "ui/images/cbitmap.h"
+#include "ui/menus/menumodel_p.h"
 
 #include "platform/windows/cwnd.h"
+#include "platform/windows/menubarbridge.h"
+
+#include <cstdint>
 
 #include <string>
 #include <unordered_map>
@@ -30,6 +34,58 @@ public:
     }
     HMENU Detach() { return std::exchange(m_hMenu, nullptr); }
 };
+
+// The menu holding the owner-drawn item a WM_MEASUREITEM names: the item's
+// id and data, or a sub-menu's handle as its id; searched under `root`.
+HMENU HolderOf(HMENU root, const MEASUREITEMSTRUCT& item, int depth = 0)
+{
+    const vx::menus::Menu* menu = vx::menus::MenuOf(root);
+    if (!menu || depth > 16)
+        return nullptr;
+    for (const auto& it : menu->items) {
+        const bool bySub = it.sub && static_cast<UINT>(reinterpret_cast<std::uintptr_t>(it.sub)) == item.itemID;
+        if (bySub || (!it.sub && it.id == item.itemID && it.data == item.itemData))
+            return root;
+    }
+    for (const auto& it : menu->items) {
+        if (HMENU found = it.sub ? HolderOf(it.sub, item, depth + 1) : nullptr)
+            return found;
+    }
+    return nullptr;
+}
+
+// The framework's default for owner-drawn menu items: the menu's object.
+bool DrawMenuItem(DRAWITEMSTRUCT& item)
+{
+    CMenu* menu = CMenu::FromHandlePermanent(reinterpret_cast<HMENU>(item.hwndItem));
+    if (!menu)
+        return false;
+    menu->DrawItem(&item);
+    return true;
+}
+
+bool MeasureMenuItem(CWnd& window, MEASUREITEMSTRUCT& item)
+{
+    HWND tracker = nullptr;
+    const HMENU tracked = vx::TrackedMenu(&tracker);
+    for (HMENU root : {tracker == window.m_hWnd ? tracked : nullptr, ::GetMenu(window.m_hWnd),
+                       vx::menus::ExistingSystemMenu(window.m_hWnd)}) {
+        const HMENU holder = root ? HolderOf(root, item) : nullptr;
+        if (CMenu* menu = holder ? CMenu::FromHandlePermanent(holder) : nullptr) {
+            menu->MeasureItem(&item);
+            return true;
+        }
+    }
+    return false;
+}
+
+const bool g_installed = [] {
+    vx::MenuBarBridge bridge = vx::GetMenuBarBridge();
+    bridge.drawItem = &DrawMenuItem;
+    bridge.measureItem = &MeasureMenuItem;
+    vx::SetMenuBarBridge(bridge);
+    return true;
+}();
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "ui/menus/menutracker_p.h"
 
+#include "ui/menus/menubar_p.h"
+
 #include "ui/gdi/wingdi.h"
 #include "ui/windows/qtinterop.h"
 #include "ui/windows/uiapp.h"
@@ -99,17 +101,27 @@ void MenuTracker::Cancel()
     m_command = 0;
 }
 
+void MenuTracker::LinkBar(MenuBarLink* bar, int position, bool cues)
+{
+    m_bar = bar;
+    m_barPosition = position;
+    m_cues = cues;
+}
+
 UINT MenuTracker::Run(int x, int y)
 {
     m_outer = g_current;
     g_current = this;
     BOOL cues = FALSE;
     SystemParametersInfoA(SPI_GETKEYBOARDCUES, 0, &cues, 0);
-    m_cues = cues;
+    m_cues = m_cues || cues;
     if (Notify()) {
-        SendMessageA(m_owner, WM_ENTERMENULOOP, TRUE, 0);
-        SendMessageA(m_owner, WM_INITMENU, reinterpret_cast<WPARAM>(m_menu), 0);
-        SendMessageA(m_owner, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(m_menu), MAKELPARAM(0, FALSE));
+        if (!m_bar) {
+            SendMessageA(m_owner, WM_ENTERMENULOOP, TRUE, 0);
+            SendMessageA(m_owner, WM_INITMENU, reinterpret_cast<WPARAM>(m_menu), 0);
+        }
+        SendMessageA(m_owner, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(m_menu),
+                     MAKELPARAM(static_cast<WORD>(m_bar ? m_barPosition : 0), FALSE));
     }
     if (IsMenu(m_menu) && IsWindow(m_owner) && OpenLevel(m_menu, -1, 0, x, y)) {
         // The menu takes all input of the thread until it ends.
@@ -133,7 +145,7 @@ UINT MenuTracker::Run(int x, int y)
         SetInputFilter(std::move(previous));
     }
     CloseAbove(-1);
-    if (Notify() && IsWindow(m_owner)) {
+    if (Notify() && IsWindow(m_owner) && !m_bar) {
         SendMessageA(m_owner, WM_MENUSELECT, MAKEWPARAM(0, 0xFFFF), 0);
         SendMessageA(m_owner, WM_EXITMENULOOP, TRUE, 0);
     }
@@ -201,9 +213,11 @@ bool MenuTracker::OnInput(const MSG& in)
             for (auto& level : m_levels)
                 level->RedrawItems();
         }
-        if (msg.message == WM_SYSKEYDOWN && (msg.wParam == VK_MENU || msg.wParam == VK_F10))
+        if (msg.message == WM_SYSKEYDOWN && (msg.wParam == VK_MENU || msg.wParam == VK_F10)) {
+            if (m_bar)
+                m_bar->BarKey(VK_MENU);
             Cancel();
-        else
+        } else
             OnKey(static_cast<UINT>(msg.wParam));
         break;
     case WM_CHAR:
@@ -238,13 +252,21 @@ void MenuTracker::OnKey(UINT key)
     case VK_HOME: Step(0); break;
     case VK_END: Step(0, true); break;
     case VK_RIGHT:
-        if (item && item->sub && !item->IsGrayed())
+        if (item && item->sub && !item->IsGrayed()) {
             OpenSubmenu(m_current, true);
+        } else if (m_bar) {
+            // Past a leaf the bar's next item opens.
+            m_bar->BarKey(VK_RIGHT);
+            Cancel();
+        }
         break;
     case VK_LEFT:
         if (m_current > 0) {
             CloseAbove(m_current - 1);
             m_current = static_cast<int>(m_levels.size()) - 1;
+        } else if (m_bar) {
+            m_bar->BarKey(VK_LEFT);
+            Cancel();
         }
         break;
     case VK_ESCAPE:
@@ -252,6 +274,8 @@ void MenuTracker::OnKey(UINT key)
             CloseAbove(m_current - 1);
             m_current = static_cast<int>(m_levels.size()) - 1;
         } else {
+            if (m_bar)
+                m_bar->BarKey(VK_ESCAPE);
             Cancel();
         }
         break;
@@ -323,6 +347,8 @@ void MenuTracker::OnChar(UINT ch)
 void MenuTracker::OnMouse(UINT message, CPoint screen)
 {
     const int level = LevelAt(screen);
+    if (level < 0 && m_bar && m_bar->BarMouse(message, screen))
+        return;
     const int position = level >= 0 ? m_levels[static_cast<std::size_t>(level)]->ItemAt(screen) : -1;
     Menu* menu = level >= 0 ? MenuOf(m_levels[static_cast<std::size_t>(level)]->MenuHandle()) : nullptr;
     const MenuItem* item = (menu && position >= 0) ? &menu->items[static_cast<std::size_t>(position)] : nullptr;
@@ -663,8 +689,11 @@ BOOL EndMenu()
     return TRUE;
 }
 
-BOOL GetMenuItemRect(HWND, HMENU menu, UINT item, RECT* rect)
+BOOL GetMenuItemRect(HWND window, HMENU menu, UINT item, RECT* rect)
 {
+    // A window's own menu is its menu bar.
+    if (CWnd* w = window ? CWnd::FromHandle(window) : nullptr; w && menu && ::GetMenu(window) == menu)
+        return vx::menus::MenuBarItemRect(*w, menu, item, rect) ? TRUE : FALSE;
     vx::menus::Menu* m = vx::menus::MenuOf(menu);
     if (!m || !rect || item >= m->items.size() || !m->window)
         return FALSE;
@@ -677,8 +706,10 @@ BOOL GetMenuItemRect(HWND, HMENU menu, UINT item, RECT* rect)
     return TRUE;
 }
 
-int MenuItemFromPoint(HWND, HMENU menu, POINT screen)
+int MenuItemFromPoint(HWND window, HMENU menu, POINT screen)
 {
+    if (CWnd* w = window ? CWnd::FromHandle(window) : nullptr; w && menu && ::GetMenu(window) == menu)
+        return vx::menus::MenuBarItemAt(*w, screen);
     vx::menus::Menu* m = vx::menus::MenuOf(menu);
     CWnd* w = m && m->window ? CWnd::FromHandle(m->window) : nullptr;
     if (!w)

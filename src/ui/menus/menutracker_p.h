@@ -13,6 +13,20 @@
 
 namespace vx::menus {
 
+// A popup opened from a window's menu bar hands back what belongs to the
+// bar: the arrows past its ends, Esc at its first level, Alt, and the mouse
+// on the bar (menubarloop.cpp).
+class MenuBarLink {
+public:
+    virtual ~MenuBarLink() = default;
+    // A key the popup leaves to the bar (VK_LEFT, VK_RIGHT, VK_ESCAPE,
+    // VK_MENU); the popup then ends.
+    virtual void BarKey(UINT key) = 0;
+    // The mouse away from the popups; true when the bar took it (ending the
+    // popup itself if the bar moves on).
+    virtual bool BarMouse(UINT message, CPoint screen) = 0;
+};
+
 class MenuTracker {
 public:
     MenuTracker(HMENU menu, UINT flags, HWND owner, const RECT* exclude);
@@ -24,6 +38,9 @@ public:
     UINT Run(int x, int y);
     // Ends the loop without a command.
     void Cancel();
+    // Makes the menu the popup of item `position` of a menu bar: the bar's
+    // loop sends the notifications of the whole session.
+    void LinkBar(MenuBarLink* bar, int position, bool cues);
 
     HWND Owner() const { return m_owner; }
     HMENU TopMenu() const { return m_menu; }
@@ -72,6 +89,8 @@ private:
     bool m_idleSent = false;
     CPoint m_lastMouse{-32768, -32768};
     MenuTracker* m_outer = nullptr;
+    MenuBarLink* m_bar = nullptr;
+    int m_barPosition = 0;
 };
 
 } // namespace vx::menus

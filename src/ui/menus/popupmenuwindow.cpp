@@ -14,12 +14,6 @@
 #include <string>
 
 namespace vx::menus {
-namespace {
-
-constexpr UINT_PTR kShowTimer = 0xFFFE;
-constexpr char kMarlettCheck = 0x62;
-constexpr char kMarlettBullet = 0x69;
-constexpr char kMarlettArrow = 0x38;
 
 // The menu font, and its bold form for the default item, made once per
 // request of SPI_GETNONCLIENTMETRICS.
@@ -42,6 +36,31 @@ HFONT MenuFont(bool bold)
     }
     return font;
 }
+
+// A Marlett glyph filling `r`, as the menus draw their marks.
+void MenuGlyph(HDC dc, const RECT& r, char glyph, COLORREF color)
+{
+    LOGFONTA lf{};
+    lf.lfHeight = -(r.bottom - r.top);
+    lf.lfCharSet = SYMBOL_CHARSET;
+    std::strcpy(lf.lfFaceName, "Marlett");
+    HFONT font = CreateFontIndirectA(&lf);
+    HGDIOBJ old = SelectObject(dc, font);
+    SetTextColor(dc, color);
+    SetBkMode(dc, TRANSPARENT);
+    RECT box = r;
+    const char text[2] = {glyph, 0};
+    DrawTextA(dc, text, 1, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOCLIP);
+    SelectObject(dc, old);
+    DeleteObject(font);
+}
+
+namespace {
+
+constexpr UINT_PTR kShowTimer = 0xFFFE;
+constexpr char kMarlettCheck = 0x62;
+constexpr char kMarlettBullet = 0x69;
+constexpr char kMarlettArrow = 0x38;
 
 bool FlatMenus()
 {
@@ -77,23 +96,6 @@ CSize BitmapSize(HBITMAP bitmap)
     if (!bitmap || !GetObjectA(bitmap, sizeof info, &info))
         return CSize(0, 0);
     return CSize(info.bmWidth, info.bmHeight);
-}
-
-void Glyph(HDC dc, const RECT& r, char glyph, COLORREF color)
-{
-    LOGFONTA lf{};
-    lf.lfHeight = -(r.bottom - r.top);
-    lf.lfCharSet = SYMBOL_CHARSET;
-    std::strcpy(lf.lfFaceName, "Marlett");
-    HFONT font = CreateFontIndirectA(&lf);
-    HGDIOBJ old = SelectObject(dc, font);
-    SetTextColor(dc, color);
-    SetBkMode(dc, TRANSPARENT);
-    RECT box = r;
-    const char text[2] = {glyph, 0};
-    DrawTextA(dc, text, 1, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOCLIP);
-    SelectObject(dc, old);
-    DeleteObject(font);
 }
 
 } // namespace
@@ -464,7 +466,7 @@ void PopupMenuWindow::DrawItem(HDC dc, int position, UINT action)
             const RECT& r = it.rect;
             const int top = r.top + (r.bottom - r.top - check) / 2;
             RECT arrow{r.right - check - 2, top, r.right - 2, top + check};
-            Glyph(dc, arrow, kMarlettArrow, GetTextColor(dc));
+            MenuGlyph(dc, arrow, kMarlettArrow, GetTextColor(dc));
         }
         RestoreDC(dc, saved);
         return;
@@ -513,12 +515,12 @@ void PopupMenuWindow::DrawItem(HDC dc, int position, UINT action)
     } else if (it.state & MFS_CHECKED) {
         const int top = r.top + (r.bottom - r.top - check) / 2;
         RECT box{mark.left, top, mark.right, top + check};
-        Glyph(dc, box, (it.type & MFT_RADIOCHECK) ? kMarlettBullet : kMarlettCheck, text);
+        MenuGlyph(dc, box, (it.type & MFT_RADIOCHECK) ? kMarlettBullet : kMarlettCheck, text);
     }
     if (it.sub) {
         const int top = r.top + (r.bottom - r.top - check) / 2;
         RECT arrow{r.right - check - 2, top, r.right - 2, top + check};
-        Glyph(dc, arrow, kMarlettArrow, text);
+        MenuGlyph(dc, arrow, kMarlettArrow, text);
     }
     if (it.type & MFT_BITMAP) {
         const CSize b = BitmapSize(it.bitmap);

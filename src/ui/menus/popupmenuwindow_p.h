@@ -19,6 +19,11 @@ constexpr const char* kMenuClass = "#32768";
 // The frame every menu window is sized for, whatever its style says later.
 constexpr int kMenuFrame = 3;
 
+// The menu font (SPI_GETNONCLIENTMETRICS), or its bold form for a default item.
+HFONT MenuFont(bool bold);
+// A Marlett glyph (check, bullet, arrow, caption buttons) filling `r`.
+void MenuGlyph(HDC dc, const RECT& r, char glyph, COLORREF color);
+
 // Lays the menu's items out (their rectangles in client coordinates) and
 // answers the size of the client area. Owner-drawn items are measured by
 // `owner` through WM_MEASUREITEM.

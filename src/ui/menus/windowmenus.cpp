@@ -1,6 +1,7 @@
 // The menus that belong to windows: a frame's menu bar menu (SetMenu) and
 // each window's copy of the system menu.
 
+#include "ui/menus/menubar_p.h"
 #include "ui/menus/menumodel_p.h"
 
 #include "platform/windows/cwnd.h"
@@ -88,7 +89,14 @@ BOOL DrawMenuBar(HWND window)
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return FALSE;
     }
-    w->RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
+    // The items may have changed: the bar is measured again, and the client
+    // area follows its height.
+    vx::menus::ForgetMenuBar(window);
+    if (w->GetStyle() & WS_CHILD)
+        w->RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
+    else
+        w->SetWindowPos(nullptr, 0, 0, 0, 0,
+                        SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     return TRUE;
 }
 

@@ -156,17 +156,6 @@ constexpr UINT MNC_CLOSE = 1;
 constexpr UINT MNC_EXECUTE = 2;
 constexpr UINT MNC_SELECT = 3;
 
-// The commands of the system menu.
-constexpr UINT SC_SIZE = 0xF000;
-constexpr UINT SC_MOVE = 0xF010;
-constexpr UINT SC_MINIMIZE = 0xF020;
-constexpr UINT SC_MAXIMIZE = 0xF030;
-constexpr UINT SC_NEXTWINDOW = 0xF040;
-constexpr UINT SC_PREVWINDOW = 0xF050;
-constexpr UINT SC_CLOSE = 0xF060;
-constexpr UINT SC_KEYMENU = 0xF100;
-constexpr UINT SC_RESTORE = 0xF120;
-
 // --- menu handles and items --------------------------------------------------
 VXBASE_UI_EXPORT HMENU CreateMenu();
 VXBASE_UI_EXPORT HMENU CreatePopupMenu();

@@ -1,4 +1,5 @@
 #include "ui/windows/qtwindow_p.h"
+#include "ui/menus/menubar_p.h"
 
 #include "platform/windows/windowparent.h"
 
@@ -120,6 +121,14 @@ UINT VirtualKey(const QKeyEvent* e)
     }
 }
 
+// Keys with Alt, Alt itself and F10 alone are the desktop's system keys.
+bool SystemKey(UINT key, Qt::KeyboardModifiers modifiers)
+{
+    if ((modifiers & Qt::AltModifier) || key == VK_MENU)
+        return true;
+    return key == VK_F10 && !(modifiers & (Qt::ShiftModifier | Qt::ControlModifier));
+}
+
 std::unique_ptr<WindowBackend> CreateQtBackend(CWnd& window, CWnd* parent, DWORD style)
 {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
@@ -208,6 +217,12 @@ void WindowWidget::Mouse(UINT message, QMouseEvent* e)
     // wherever it is; otherwise the hit test decides.
     if (CWnd::GetCapture() != &owner) {
         const LRESULT hit = HitTest(at);
+        if (!m_backend)
+            return;
+        if (hit != HTMENU)
+            LeftMenuBar();
+        else
+            m_overMenuBar = true;
         if (!m_backend)
             return;
         if (hit != HTCLIENT) {
@@ -319,8 +334,17 @@ void WindowWidget::wheelEvent(QWheelEvent* e)
                          PointParam(g));
 }
 
+void WindowWidget::LeftMenuBar()
+{
+    if (!m_overMenuBar || !m_backend)
+        return;
+    m_overMenuBar = false;
+    vx::menus::MenuBarMouseLeft(m_backend->Owner());
+}
+
 void WindowWidget::leaveEvent(QEvent*)
 {
+    LeftMenuBar();
     if (m_backend && TakeMouseLeaveRequest(m_backend->Owner()))
         DispatchInputMessage(m_backend->Owner(), WM_MOUSELEAVE, 0, 0);
 }
@@ -334,9 +358,16 @@ void WindowWidget::keyPressEvent(QKeyEvent* e)
     const LPARAM info = 1 | (e->isAutoRepeat() ? (1 << 30) : 0) | (alt ? (1 << 29) : 0);
     CWnd& owner = m_backend->Owner();
     const HWND hwnd = owner.m_hWnd;
-    if (key)
-        DispatchInputMessage(owner, alt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, info);
-    if (alt || !IsWindow(hwnd) || !m_backend)
+    const bool delivered = key && DispatchInputMessage(owner, SystemKey(key, e->modifiers()) ? WM_SYSKEYDOWN : WM_KEYDOWN, key, info);
+    if (alt) {
+        // As the desktop's translation does: Alt with a letter or digit also
+        // gives WM_SYSCHAR (the menu bar's mnemonic), unless the key was taken.
+        const bool letter = (key >= 'A' && key <= 'Z') || (key >= '0' && key <= '9');
+        if (delivered && letter && IsWindow(hwnd) && m_backend)
+            DispatchInputMessage(m_backend->Owner(), WM_SYSCHAR, key >= 'A' && key <= 'Z' ? key - 'A' + 'a' : key, info);
+        return;
+    }
+    if (!IsWindow(hwnd) || !m_backend)
         return;
     const QByteArray utf8 = e->text().toUtf8();
     const std::string bytes = FromUtf8(std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())));
@@ -355,7 +386,7 @@ void WindowWidget::keyReleaseEvent(QKeyEvent* e)
     const UINT key = VirtualKey(e);
     const LPARAM info = 1 | (1 << 30) | (1LL << 31) | (alt ? (1 << 29) : 0);
     if (key)
-        DispatchInputMessage(m_backend->Owner(), alt ? WM_SYSKEYUP : WM_KEYUP, key, info);
+        DispatchInputMessage(m_backend->Owner(), SystemKey(key, e->modifiers()) ? WM_SYSKEYUP : WM_KEYUP, key, info);
 }
 
 void WindowWidget::focusInEvent(QFocusEvent*)

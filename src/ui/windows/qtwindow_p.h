@@ -48,7 +48,10 @@ private:
     // The hit test code of a point of the widget (window coordinates).
     LRESULT HitTest(const QPoint& at);
     void UpdateCursor();
+    // The mouse left the menu bar strip: its hot item goes back to normal.
+    void LeftMenuBar();
     QtWindowBackend* m_backend;
+    bool m_overMenuBar = false;
 };
 
 class QtWindowBackend final : public WindowBackend {
