@@ -20,29 +20,12 @@
 #include "platform/windows/messagebox.h"
 #include "platform/windows/messagepump.h"
 
-#include <QAbstractEventDispatcher>
-#include <QApplication>
-
 #include <cstdint>
 
 namespace vx::menus {
 namespace {
 
 bool g_running = false;
-
-int Mnemonic(const std::string& text)
-{
-    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
-        if (text[i] != '&')
-            continue;
-        if (text[i + 1] == '&') {
-            ++i;
-            continue;
-        }
-        return static_cast<unsigned char>(vx::AsciiLower(text[i + 1]));
-    }
-    return -1;
-}
 
 bool Usable(const MenuItem& it)
 {
@@ -111,7 +94,7 @@ private:
     int m_mouseNext = -1;
     MenuTracker* m_tracker = nullptr;
     bool m_cues = false;
-    bool m_idleSent = false;
+    MenuWait m_wait;
     UINT m_command = 0;
     HWND m_commandTarget = nullptr;
 };
@@ -256,18 +239,12 @@ bool MenuBarLoop::BarMouse(UINT message, CPoint screen)
 bool MenuBarLoop::OnRestInput(const MSG& in)
 {
     MSG msg = in;
-    const bool client = msg.message >= WM_MOUSEMOVE && msg.message <= WM_MBUTTONDBLCLK;
-    const bool nonClient = msg.message >= WM_NCMOUSEMOVE && msg.message <= WM_NCMBUTTONDBLCLK;
-    CPoint screen(GET_X_LPARAM(msg.lParam), GET_Y_LPARAM(msg.lParam));
-    if (client) {
-        if (CWnd* w = CWnd::FromHandle(msg.hwnd))
-            w->ClientToScreen(&screen);
-    }
-    if (client || nonClient) {
+    CPoint screen;
+    UINT mouse = 0;
+    if (MenuMouse(msg, screen, mouse)) {
         msg.pt = screen;
         if (CallMsgFilterA(&msg, MSGF_MENU))
             return true;
-        const UINT mouse = nonClient ? msg.message - WM_NCMOUSEMOVE + WM_MOUSEMOVE : msg.message;
         const int item = MenuBarItemAt(m_window, screen);
         const MenuItem* it = Item(item);
         const bool onItem = it && Usable(*it);
@@ -375,36 +352,12 @@ bool MenuBarLoop::OnRestInput(const MSG& in)
 
 void MenuBarLoop::Wait()
 {
-    MSG msg;
-    if (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        if (msg.message == WM_QUIT) {
-            PostQuitMessage(static_cast<int>(msg.wParam));
-            m_next = Next::End;
-            return;
-        }
-        TranslateMessage(&msg);
-        DispatchMessageA(&msg);
-        m_idleSent = false;
-        return;
+    if (!m_wait.done) {
+        m_wait.done = [this] { return m_next != Next::Waiting; };
+        m_wait.quit = [this] { m_next = Next::End; };
+        m_wait.idle = [this] { m_window.SendMessage(WM_ENTERIDLE, MSGF_MENU, 0); };
     }
-    QAbstractEventDispatcher* dispatcher =
-        qobject_cast<QApplication*>(QCoreApplication::instance()) ? QAbstractEventDispatcher::instance() : nullptr;
-    if (dispatcher && dispatcher->processEvents(QEventLoop::AllEvents)) {
-        m_idleSent = false;
-        return;
-    }
-    if (m_next != Next::Waiting)
-        return;
-    if (!m_idleSent) {
-        // Nothing waits: the window hears that the menu is idle, once.
-        m_idleSent = true;
-        m_window.SendMessage(WM_ENTERIDLE, MSGF_MENU, 0);
-        return;
-    }
-    if (dispatcher)
-        dispatcher->processEvents(QEventLoop::WaitForMoreEvents);
-    else
-        PumpFor(50, [this] { return m_next != Next::Waiting; });
+    WaitForMenuInput(m_wait);
 }
 
 void MenuBarLoop::Run(int position, bool open, bool keyboard, int pressed)

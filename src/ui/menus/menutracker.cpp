@@ -37,21 +37,6 @@ bool Selectable(const MenuItem& it)
     return !it.IsSeparator();
 }
 
-// The mnemonic of a text: the character after a single "&", lower case.
-int Mnemonic(const std::string& text)
-{
-    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
-        if (text[i] != '&')
-            continue;
-        if (text[i + 1] == '&') {
-            ++i;
-            continue;
-        }
-        return static_cast<unsigned char>(vx::AsciiLower(text[i + 1]));
-    }
-    return -1;
-}
-
 UINT SelectFlags(const MenuItem& it)
 {
     UINT flags = (it.type & (MF_BITMAP | MF_OWNERDRAW)) | (it.state & (MF_GRAYED | MF_DISABLED | MF_CHECKED));
@@ -155,54 +140,27 @@ UINT MenuTracker::Run(int x, int y)
 
 void MenuTracker::Wait()
 {
-    MSG msg;
-    if (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        if (msg.message == WM_QUIT) {
-            // The program is ending: the menu goes, the quit stays for the loop outside.
-            PostQuitMessage(static_cast<int>(msg.wParam));
-            Cancel();
-            return;
+    if (!m_wait.done) {
+        m_wait.done = [this] { return m_done; };
+        m_wait.quit = [this] { Cancel(); };
+        if (Notify()) {
+            m_wait.idle = [this] {
+                SendMessageA(m_owner, WM_ENTERIDLE, MSGF_MENU,
+                             reinterpret_cast<LPARAM>(m_levels.empty() ? nullptr : m_levels.front()->m_hWnd));
+            };
         }
-        TranslateMessage(&msg);
-        DispatchMessageA(&msg);
-        m_idleSent = false;
-        return;
     }
-    QAbstractEventDispatcher* dispatcher =
-        qobject_cast<QApplication*>(QCoreApplication::instance()) ? QAbstractEventDispatcher::instance() : nullptr;
-    if (dispatcher && dispatcher->processEvents(QEventLoop::AllEvents)) {
-        m_idleSent = false;
-        return;
-    }
-    if (m_done)
-        return;
-    if (!m_idleSent && Notify()) {
-        // Nothing waits: the owner hears that the menu is idle, once.
-        m_idleSent = true;
-        SendMessageA(m_owner, WM_ENTERIDLE, MSGF_MENU,
-                     reinterpret_cast<LPARAM>(m_levels.empty() ? nullptr : m_levels.front()->m_hWnd));
-        return;
-    }
-    if (dispatcher)
-        dispatcher->processEvents(QEventLoop::WaitForMoreEvents);
-    else
-        PumpFor(50, [this] { return m_done; });
+    WaitForMenuInput(m_wait);
 }
 
 bool MenuTracker::OnInput(const MSG& in)
 {
     MSG msg = in;
-    const bool client = msg.message >= WM_MOUSEMOVE && msg.message <= WM_MBUTTONDBLCLK;
-    const bool nonClient = msg.message >= WM_NCMOUSEMOVE && msg.message <= WM_NCMBUTTONDBLCLK;
     // Mouse points are screen points for the menu (and in msg.pt for its hooks).
-    CPoint screen(GET_X_LPARAM(msg.lParam), GET_Y_LPARAM(msg.lParam));
-    if (client) {
-        if (CWnd* w = CWnd::FromHandle(msg.hwnd))
-            w->ClientToScreen(&screen);
+    CPoint screen;
+    UINT mouse = 0;
+    if (MenuMouse(msg, screen, mouse))
         msg.pt = screen;
-    } else if (nonClient) {
-        msg.pt = screen;
-    }
     if (CallMsgFilterA(&msg, MSGF_MENU) || m_done)
         return true;
     switch (msg.message) {
@@ -225,10 +183,8 @@ bool MenuTracker::OnInput(const MSG& in)
         OnChar(static_cast<UINT>(msg.wParam));
         break;
     default:
-        if (client)
-            OnMouse(msg.message, screen);
-        else if (nonClient)
-            OnMouse(msg.message - WM_NCMOUSEMOVE + WM_MOUSEMOVE, screen);
+        if (mouse)
+            OnMouse(mouse, screen);
         break;
     }
     return true;
@@ -642,6 +598,71 @@ bool MenuTracker::OpenLevel(HMENU menu, int parentLevel, int position, int x, in
     m_levels.push_back(std::move(w));
     m_levels.back()->UpdateWindow();
     return !m_levels.empty() && m_levels.back()->m_hWnd;
+}
+
+int Mnemonic(const std::string& text)
+{
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        if (text[i] != '&')
+            continue;
+        if (text[i + 1] == '&') {
+            ++i;
+            continue;
+        }
+        return static_cast<unsigned char>(vx::AsciiLower(text[i + 1]));
+    }
+    return -1;
+}
+
+bool MenuMouse(const MSG& msg, CPoint& screen, UINT& mouse)
+{
+    const bool client = msg.message >= WM_MOUSEMOVE && msg.message <= WM_MBUTTONDBLCLK;
+    const bool nonClient = msg.message >= WM_NCMOUSEMOVE && msg.message <= WM_NCMBUTTONDBLCLK;
+    if (!client && !nonClient)
+        return false;
+    screen = CPoint(GET_X_LPARAM(msg.lParam), GET_Y_LPARAM(msg.lParam));
+    if (client) {
+        if (CWnd* w = CWnd::FromHandle(msg.hwnd))
+            w->ClientToScreen(&screen);
+    }
+    mouse = client ? msg.message : msg.message - WM_NCMOUSEMOVE + WM_MOUSEMOVE;
+    return true;
+}
+
+void WaitForMenuInput(MenuWait& wait)
+{
+    MSG msg;
+    if (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        if (msg.message == WM_QUIT) {
+            // The program is ending: the menu goes, the quit stays for the loop outside.
+            PostQuitMessage(static_cast<int>(msg.wParam));
+            if (wait.quit)
+                wait.quit();
+            return;
+        }
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+        wait.idleSent = false;
+        return;
+    }
+    QAbstractEventDispatcher* dispatcher =
+        qobject_cast<QApplication*>(QCoreApplication::instance()) ? QAbstractEventDispatcher::instance() : nullptr;
+    if (dispatcher && dispatcher->processEvents(QEventLoop::AllEvents)) {
+        wait.idleSent = false;
+        return;
+    }
+    if (wait.done())
+        return;
+    if (!wait.idleSent && wait.idle) {
+        // Nothing waits: the owner hears that the menu is idle, once.
+        wait.idleSent = true;
+        wait.idle();
+        return;
+    }
+    if (dispatcher)
+        dispatcher->processEvents(QEventLoop::WaitForMoreEvents);
+    else
+        PumpFor(50, wait.done);
 }
 
 } // namespace vx::menus

@@ -8,10 +8,31 @@
 
 #include "ui/menus/popupmenuwindow_p.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace vx::menus {
+
+// The mnemonic of a menu text: the character after a single "&", lower case; -1 for none.
+int Mnemonic(const std::string& text);
+
+// A mouse message of a menu loop's input: its point on the screen and its
+// client form (a WM_NC... message as its WM_... twin). False for other input.
+bool MenuMouse(const MSG& msg, CPoint& screen, UINT& mouse);
+
+// What a menu's modal loop waits with: `done` ends the wait; `idle` (may be
+// empty) is told once when nothing is left to serve; `quit` when the program
+// is ending (the WM_QUIT is put back for the loop outside).
+struct MenuWait {
+    std::function<bool()> done;
+    std::function<void()> idle;
+    std::function<void()> quit;
+    bool idleSent = false;
+};
+// One step of the loop: serves one message or Qt event, or tells of
+// idleness, or sleeps until there is something to serve.
+void WaitForMenuInput(MenuWait& wait);
 
 // A popup opened from a window's menu bar hands back what belongs to the
 // bar: the arrows past its ends, Esc at its first level, Alt, and the mouse
@@ -86,7 +107,7 @@ private:
     bool m_cues = false;
     bool m_buttonDown = false;
     bool m_moved = false;
-    bool m_idleSent = false;
+    MenuWait m_wait;
     CPoint m_lastMouse{-32768, -32768};
     MenuTracker* m_outer = nullptr;
     MenuBarLink* m_bar = nullptr;

@@ -3,7 +3,7 @@
 // minimise, restore and close; cascade and tile place the children; the
 // Window menu lists them and picks one; a maximised child's title joins the
 // frame's; messages reach the descendants.
-#include "uisupport/uitest.h"
+#include "mditest.h"
 
 #include "platform/windows/sysmetrics.h"
 #include "ui/mdi/cmdichildwnd.h"
@@ -39,52 +39,12 @@ protected:
     }
 };
 
-struct Mdi {
-    CMDIFrameWnd frame;
-    HMENU menu = nullptr;
-    HMENU windowMenu = nullptr;
-
-    void Make()
-    {
-        ASSERT_TRUE(frame.CreateEx("Plan", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(100, 100, 740, 580)));
-        menu = CreateMenu();
-        windowMenu = CreatePopupMenu();
-        AppendMenuA(windowMenu, MF_STRING, ID_WINDOW_CASCADE, "&Kaskada");
-        AppendMenuA(windowMenu, MF_STRING, ID_WINDOW_TILE_HORZ, "&S\xB9siaduj\xB9" "co");
-        AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windowMenu), "&Okno");
-        ::SetMenu(frame.m_hWnd, menu);
-        ASSERT_TRUE(frame.CreateClient(windowMenu));
-        frame.SetActiveWindow();
-    }
-    CMDIClientWnd& Client() { return *CMDIClientWnd::Of(&frame); }
-    CRect ClientRect()
-    {
-        CRect r;
-        Client().GetClientRect(&r);
-        return r;
-    }
-    std::vector<std::string> WindowEntries()
-    {
-        std::vector<std::string> out;
-        for (int i = 0; i < GetMenuItemCount(windowMenu); ++i) {
-            if (GetMenuItemID(windowMenu, i) < AFX_IDM_FIRST_MDICHILD)
-                continue;
-            char text[80] = {};
-            GetMenuStringA(windowMenu, static_cast<UINT>(i), text, sizeof text, MF_BYPOSITION);
-            const bool checked = GetMenuState(windowMenu, static_cast<UINT>(i), MF_BYPOSITION) & MF_CHECKED;
-            out.push_back(std::string(checked ? "*" : "") + text);
-        }
-        return out;
-    }
+struct Mdi : mditest::Mdi {
+    void Make() { mditest::Mdi::Make({{ID_WINDOW_CASCADE, "&Kaskada"}, {ID_WINDOW_TILE_HORZ, "&S\xB9siaduj\xB9" "co"}}); }
+    std::vector<std::string> WindowEntries() { return Entries(true); }
 };
 
-CRect InClient(const CWnd& child)
-{
-    CRect r;
-    child.GetWindowRect(&r);
-    child.GetParent()->ScreenToClient(&r);
-    return r;
-}
+using mditest::InClient;
 
 // The screen point of a place in the child's window rectangle.
 CPoint AtWindow(const CWnd& w, CPoint at)

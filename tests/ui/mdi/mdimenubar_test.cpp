@@ -1,10 +1,9 @@
 // A maximised MDI child in the frame's menu bar: its system menu first, its
 // minimise, restore and close buttons at the right end, its own frame gone;
 // the items follow the maximised child and leave with it.
-#include "uisupport/uitest.h"
+#include "mditest.h"
 
 #include "ui/mdi/cmdichildwnd.h"
-#include "ui/mdi/cmdiclientwnd.h"
 #include "ui/menus/menubar_p.h"
 #include "ui/menus/winmenu.h"
 
@@ -12,25 +11,14 @@
 
 namespace {
 
-struct Frame {
-    CMDIFrameWnd frame;
-    HMENU menu = nullptr;
-    HMENU windowMenu = nullptr;
+struct Frame : mditest::Mdi {
     CMDIChildWnd a, b;
 
     void Make()
     {
         a.m_bAutoDelete = false;
         b.m_bAutoDelete = false;
-        ASSERT_TRUE(frame.CreateEx("Plan", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(100, 100, 740, 580)));
-        menu = CreateMenu();
-        windowMenu = CreatePopupMenu();
-        AppendMenuA(windowMenu, MF_STRING, ID_WINDOW_CASCADE, "&Kaskada");
-        AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(CreatePopupMenu()), "&Plik");
-        AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windowMenu), "&Okno");
-        ::SetMenu(frame.m_hWnd, menu);
-        ASSERT_TRUE(frame.CreateClient(windowMenu));
-        frame.SetActiveWindow();
+        mditest::Mdi::Make({{ID_WINDOW_CASCADE, "&Kaskada"}}, {"&Plik"});
         ASSERT_TRUE(a.Create(nullptr, "A", WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(10, 10, 210, 160), &frame));
         ASSERT_TRUE(b.Create(nullptr, "B", WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW, CRect(40, 40, 240, 190), &frame));
     }

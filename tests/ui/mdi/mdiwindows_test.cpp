@@ -1,7 +1,7 @@
 // The Window menu's "&More Windows..." item and its "Select Window" dialog,
 // and Arrange Icons, driven as a person does: clicks and keys in the dialog,
 // the boxes and captions of the children.
-#include "uisupport/uitest.h"
+#include "mditest.h"
 
 #include "platform/windows/sysmetrics.h"
 #include "ui/controls/clistbox.h"
@@ -27,23 +27,10 @@ public:
     Child() { m_bAutoDelete = false; }
 };
 
-struct Mdi {
-    CMDIFrameWnd frame;
-    HMENU windowMenu = nullptr;
+struct Mdi : mditest::Mdi {
     std::vector<std::unique_ptr<Child>> children;
 
-    void Make()
-    {
-        ASSERT_TRUE(frame.CreateEx("Plan", "VxFrame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(100, 100, 740, 580)));
-        HMENU menu = CreateMenu();
-        windowMenu = CreatePopupMenu();
-        AppendMenuA(windowMenu, MF_STRING, ID_WINDOW_CASCADE, "&Kaskada");
-        AppendMenuA(windowMenu, MF_STRING, ID_WINDOW_ARRANGE, "&Rozmie\x9C\xE6 ikony");
-        AppendMenuA(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(windowMenu), "&Okno");
-        ::SetMenu(frame.m_hWnd, menu);
-        ASSERT_TRUE(frame.CreateClient(windowMenu));
-        frame.SetActiveWindow();
-    }
+    void Make() { mditest::Mdi::Make({{ID_WINDOW_CASCADE, "&Kaskada"}, {ID_WINDOW_ARRANGE, "&Rozmie\x9C\xE6 ikony"}}); }
     Child& Add()
     {
         auto child = std::make_unique<Child>();
@@ -53,36 +40,10 @@ struct Mdi {
         children.push_back(std::move(child));
         return *children.back();
     }
-    CMDIClientWnd& Client() { return *CMDIClientWnd::Of(&frame); }
-    CRect ClientRect()
-    {
-        CRect r;
-        Client().GetClientRect(&r);
-        return r;
-    }
-    // The texts of the Window menu's entries after its commands.
-    std::vector<std::string> Entries()
-    {
-        std::vector<std::string> out;
-        for (int i = 0; i < GetMenuItemCount(windowMenu); ++i) {
-            if (GetMenuItemID(windowMenu, i) < AFX_IDM_FIRST_MDICHILD)
-                continue;
-            char text[80] = {};
-            GetMenuStringA(windowMenu, static_cast<UINT>(i), text, sizeof text, MF_BYPOSITION);
-            out.emplace_back(text);
-        }
-        return out;
-    }
     bool HasMoreWindows() { return GetMenuState(windowMenu, kMoreWindows, MF_BYCOMMAND) != 0xFFFFFFFF; }
 };
 
-CRect InClient(const CWnd& child)
-{
-    CRect r;
-    child.GetWindowRect(&r);
-    child.GetParent()->ScreenToClient(&r);
-    return r;
-}
+using mditest::InClient;
 
 // The open "Select Window" dialog: the active window while it runs.
 CMDISelectWindowDlg* OpenDialog()
