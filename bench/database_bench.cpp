@@ -4,8 +4,7 @@
 // Both sides work on the same kind of file (write-ahead log, synchronous
 // NORMAL). "Commit" runs commit every record on its own, as an Update does
 // without a transaction; "Batch" runs commit once, inside one transaction.
-#include "database/kdatenbankio.h"
-#include "platform/dao/daoworkspace.h"
+#include "partstable.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -17,7 +16,8 @@
 
 namespace {
 
-constexpr int kRecords = 100000;
+using benchsupport::kRecords;
+using benchsupport::TextFor;
 
 // The benchmark's files, in a directory that goes at the end of the run.
 struct BenchDirectory {
@@ -46,44 +46,10 @@ void RemoveFile(const std::string& file)
         std::remove((file + suffix).c_str());
 }
 
-std::string TextFor(int i)
-{
-    std::string text = "Part " + std::to_string(1000000 + i) + " of the benchmark file, forty";
-    text.resize(40, '.');
-    return text;
-}
-
-void Catalogue(KDatenbankIO& db)
-{
-    db.m_TableName = "Parts";
-    db.m_FeldNamen.Add("Nr");
-    db.m_FeldParameter.Add(MAKELONG(4, 4));
-    db.m_FeldNamen.Add("Weight");
-    db.m_FeldParameter.Add(MAKELONG(8, 7));
-    db.m_FeldNamen.Add("Name");
-    db.m_FeldParameter.Add(MAKELONG(41, 10)); // 40 characters fit below the limit
-}
-
 void WriteWithKDatenbankIO(const std::string& file, bool batch)
 {
     RemoveFile(file);
-    KDatenbankIO db;
-    Catalogue(db);
-    db.DbAnlegen(file.c_str(), -1);
-    db.DbOeffnen(file.c_str());
-    if (batch)
-        db.m_pDatabase->m_pWorkspace->BeginTrans();
-    for (int i = 0; i < kRecords; ++i) {
-        const std::string text = TextFor(i);
-        db.m_pDbRecordset->AddNew();
-        db.DbSetLongValue(0, i);
-        db.DbSetDoubleValue(1, i * 0.5);
-        db.DbSetFeldValue(2, text.c_str(), 0);
-        db.m_pDbRecordset->Update();
-    }
-    if (batch)
-        db.m_pDatabase->m_pWorkspace->CommitTrans();
-    db.DbSchliessen();
+    benchsupport::WriteWithKDatenbankIO(file, batch);
 }
 
 sqlite3* OpenRaw(const std::string& file)
@@ -152,24 +118,8 @@ void BM_Read_KDatenbankIO(benchmark::State& state)
 {
     const std::string file = BenchFile("read-k.mdb");
     WriteWithKDatenbankIO(file, true);
-    for (auto _ : state) {
-        KDatenbankIO db;
-        Catalogue(db);
-        db.DbOeffnen(file.c_str());
-        long sum = 0;
-        double weight = 0;
-        std::size_t characters = 0;
-        for (db.m_pDbRecordset->MoveFirst(); !db.m_pDbRecordset->IsEOF(); db.m_pDbRecordset->MoveNext()) {
-            sum += db.DbGetLongValue(0);
-            weight += db.DbGetDoubleValue(1);
-            characters += std::char_traits<char>::length(db.DbGetTextValue(2));
-        }
-        benchmark::DoNotOptimize(sum);
-        benchmark::DoNotOptimize(weight);
-        benchmark::DoNotOptimize(characters);
-        if (characters != static_cast<std::size_t>(kRecords) * 40)
-            state.SkipWithError("records missing");
-    }
+    for (auto _ : state)
+        benchsupport::ReadWithKDatenbankIO(state, file);
     state.SetItemsProcessed(state.iterations() * kRecords);
 }
 
@@ -181,20 +131,15 @@ void BM_Read_Sqlite(benchmark::State& state)
         sqlite3* db = OpenRaw(file);
         sqlite3_stmt* select = nullptr;
         sqlite3_prepare_v2(db, "SELECT * FROM Parts", -1, &select, nullptr);
-        long sum = 0;
-        double weight = 0;
-        std::size_t characters = 0;
+        benchsupport::PartsSums sums;
         while (sqlite3_step(select) == SQLITE_ROW) {
-            sum += sqlite3_column_int(select, 0);
-            weight += sqlite3_column_double(select, 1);
-            characters += std::char_traits<char>::length(reinterpret_cast<const char*>(sqlite3_column_text(select, 2)));
+            const long nr = sqlite3_column_int(select, 0);
+            const double weight = sqlite3_column_double(select, 1);
+            sums.Add(nr, weight, reinterpret_cast<const char*>(sqlite3_column_text(select, 2)));
         }
         sqlite3_finalize(select);
         sqlite3_close(db);
-        benchmark::DoNotOptimize(sum);
-        benchmark::DoNotOptimize(weight);
-        if (characters != static_cast<std::size_t>(kRecords) * 40)
-            state.SkipWithError("records missing");
+        sums.Check(state);
     }
     state.SetItemsProcessed(state.iterations() * kRecords);
 }

@@ -4,8 +4,7 @@
 // cluster the benchmark starts (tests/support/pgserver.h); set
 // VXBASE_BENCH_SERVER to a connect text prefix ("ODBC;host=... user=...")
 // to use another server instead. Each write makes a fresh database.
-#include "database/kdatenbankio.h"
-#include "platform/dao/daoworkspace.h"
+#include "partstable.h"
 #include "support/pgserver.h"
 
 #include <benchmark/benchmark.h>
@@ -16,14 +15,8 @@
 
 namespace {
 
-constexpr int kRecords = 100000;
-
-std::string TextFor(int i)
-{
-    std::string text = "Part " + std::to_string(1000000 + i) + " of the benchmark file, forty";
-    text.resize(40, '.');
-    return text;
-}
+using benchsupport::kRecords;
+using benchsupport::TextFor;
 
 vxtest::PgServer* Server()
 {
@@ -54,34 +47,9 @@ std::string FreshName()
     return "bench_" + std::to_string(++g_databases);
 }
 
-void Catalogue(KDatenbankIO& db)
-{
-    db.m_TableName = "Parts";
-    db.m_FeldNamen.Add("Nr");
-    db.m_FeldParameter.Add(MAKELONG(4, 4));
-    db.m_FeldNamen.Add("Weight");
-    db.m_FeldParameter.Add(MAKELONG(8, 7));
-    db.m_FeldNamen.Add("Name");
-    db.m_FeldParameter.Add(MAKELONG(41, 10));
-}
-
 void WriteWithKDatenbankIO(const std::string& connect)
 {
-    KDatenbankIO db;
-    Catalogue(db);
-    db.DbAnlegen(connect.c_str(), -1);
-    db.DbOeffnen(connect.c_str());
-    db.m_pDatabase->m_pWorkspace->BeginTrans();
-    for (int i = 0; i < kRecords; ++i) {
-        const std::string text = TextFor(i);
-        db.m_pDbRecordset->AddNew();
-        db.DbSetLongValue(0, i);
-        db.DbSetDoubleValue(1, i * 0.5);
-        db.DbSetFeldValue(2, text.c_str(), 0);
-        db.m_pDbRecordset->Update();
-    }
-    db.m_pDatabase->m_pWorkspace->CommitTrans();
-    db.DbSchliessen();
+    benchsupport::WriteWithKDatenbankIO(connect, true);
 }
 
 void Exec(PGconn* conn, const char* sql)
@@ -135,23 +103,8 @@ void BM_Server_Read_KDatenbankIO(benchmark::State& state)
 {
     const std::string name = FreshName();
     WriteWithKDatenbankIO(Connect(name));
-    for (auto _ : state) {
-        KDatenbankIO db;
-        Catalogue(db);
-        db.DbOeffnen(Connect(name).c_str());
-        long sum = 0;
-        double weight = 0;
-        std::size_t characters = 0;
-        for (db.m_pDbRecordset->MoveFirst(); !db.m_pDbRecordset->IsEOF(); db.m_pDbRecordset->MoveNext()) {
-            sum += db.DbGetLongValue(0);
-            weight += db.DbGetDoubleValue(1);
-            characters += std::char_traits<char>::length(db.DbGetTextValue(2));
-        }
-        benchmark::DoNotOptimize(sum);
-        benchmark::DoNotOptimize(weight);
-        if (characters != static_cast<std::size_t>(kRecords) * 40)
-            state.SkipWithError("records missing");
-    }
+    for (auto _ : state)
+        benchsupport::ReadWithKDatenbankIO(state, Connect(name));
     state.SetItemsProcessed(state.iterations() * kRecords);
 }
 
@@ -163,20 +116,13 @@ void BM_Server_Read_Libpq(benchmark::State& state)
         PGconn* conn = PQconnectdb(LibpqText(name).c_str());
         PQclear(PQprepare(conn, "all", "SELECT k, nr, weight, name FROM parts ORDER BY k", 0, nullptr));
         PGresult* r = PQexecPrepared(conn, "all", 0, nullptr, nullptr, nullptr, 0);
-        long sum = 0;
-        double weight = 0;
-        std::size_t characters = 0;
-        for (int i = 0; i < PQntuples(r); ++i) {
-            sum += std::strtol(PQgetvalue(r, i, 1), nullptr, 10);
-            weight += std::strtod(PQgetvalue(r, i, 2), nullptr);
-            characters += std::char_traits<char>::length(PQgetvalue(r, i, 3));
-        }
+        benchsupport::PartsSums sums;
+        for (int i = 0; i < PQntuples(r); ++i)
+            sums.Add(std::strtol(PQgetvalue(r, i, 1), nullptr, 10), std::strtod(PQgetvalue(r, i, 2), nullptr),
+                     PQgetvalue(r, i, 3));
         PQclear(r);
         PQfinish(conn);
-        benchmark::DoNotOptimize(sum);
-        benchmark::DoNotOptimize(weight);
-        if (characters != static_cast<std::size_t>(kRecords) * 40)
-            state.SkipWithError("records missing");
+        sums.Check(state);
     }
     state.SetItemsProcessed(state.iterations() * kRecords);
 }

@@ -72,14 +72,9 @@ void StartProgram(Frame& frame, MainframeType type, const char* title)
     KProcessIO::Init(type, &frame, "", SW_SHOWNORMAL);
 }
 
-struct Pair {
-    std::string dir;
-    pid_t partner = 0;
-    pid_t echo = 0;
-    int bare = -1;
+struct Pair : benchsupport::TwoPrograms {
     Frame* frame = nullptr;
     HWND partnerWindow = nullptr;
-    bool ok = false;
 };
 
 void EndPair();
@@ -117,8 +112,7 @@ Pair& ThePair()
 
 void EndPair()
 {
-    Pair& p = ThePair();
-    benchsupport::EndBoth(p.partner, p.echo, p.dir);
+    benchsupport::EndBoth(ThePair());
 }
 
 // One request with its reply over the link; false if no reply came.
@@ -174,8 +168,7 @@ void BM_BareSocketPingPong(benchmark::State& state)
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * 2 * kBlockBytes);
 }
 
-// Both round trips in turn, so that both see the same load of the machine:
-// the medians of each, and their ratio.
+// Both round trips in turn: the medians of each, and their ratio.
 void BM_PartnerVersusBare(benchmark::State& state)
 {
     Pair& p = ThePair();
@@ -186,28 +179,10 @@ void BM_PartnerVersusBare(benchmark::State& state)
     char payload[kPayload];
     std::memset(payload, 'p', sizeof payload);
     std::vector<char> block(kBlockBytes, 'b');
-    std::vector<double> link, bare;
-    using Clock = std::chrono::steady_clock;
-    for (auto _ : state) {
-        const auto t0 = Clock::now();
-        if (!LinkRoundTrip(p.partnerWindow, payload)) {
-            state.SkipWithError("no reply");
-            return;
-        }
-        const auto t1 = Clock::now();
-        if (!BareRoundTrip(p.bare, block)) {
-            state.SkipWithError("the echo ended");
-            return;
-        }
-        const auto t2 = Clock::now();
-        link.push_back(std::chrono::duration<double, std::nano>(t1 - t0).count());
-        bare.push_back(std::chrono::duration<double, std::nano>(t2 - t1).count());
-    }
-    const double linkMedian = benchsupport::Median(link);
-    const double bareMedian = benchsupport::Median(bare);
-    state.counters["link_median_ns"] = linkMedian;
-    state.counters["bare_median_ns"] = bareMedian;
-    state.counters["ratio"] = bareMedian > 0 ? linkMedian / bareMedian : 0;
+    benchsupport::RunInTurn(
+        state, "link_median_ns",
+        [&]() -> const char* { return LinkRoundTrip(p.partnerWindow, payload) ? nullptr : "no reply"; },
+        [&]() -> const char* { return BareRoundTrip(p.bare, block) ? nullptr : "the echo ended"; });
 }
 
 } // namespace

@@ -1,11 +1,15 @@
 // What the benchmarks of two programs share: a scratch home for both, a bare
-// echo process over a socket as the yardstick, and the end of both.
+// echo process over a socket as the yardstick, the loops that time the
+// library's round trip and the bare one, and the end of both.
 #pragma once
 
 #include "platform/ipc/windowbus.h"
 #include "process/kprocessio.h"
 
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -78,23 +82,64 @@ inline int StartEcho(pid_t& echo, std::size_t blockBytes)
     return sockets[0];
 }
 
+// What a benchmark of two programs runs: the scratch home, the partner
+// program, the echo and our end of its socket.
+struct TwoPrograms {
+    std::string dir;
+    pid_t partner = 0;
+    pid_t echo = 0;
+    int bare = -1;
+    bool ok = false; // the partner came up
+};
+
 // Ends the partner and the echo, the link and the bus, and the scratch home.
-inline void EndBoth(pid_t partner, pid_t echo, const std::string& dir)
+inline void EndBoth(const TwoPrograms& both)
 {
-    kill(partner, SIGKILL);
-    kill(echo, SIGKILL);
-    waitpid(partner, nullptr, 0);
-    waitpid(echo, nullptr, 0);
+    kill(both.partner, SIGKILL);
+    kill(both.echo, SIGKILL);
+    waitpid(both.partner, nullptr, 0);
+    waitpid(both.echo, nullptr, 0);
     vx::ResetPartnerLink();
     vx::StopWindowBus();
     std::error_code ec;
-    std::filesystem::remove_all(dir, ec);
+    std::filesystem::remove_all(both.dir, ec);
 }
 
 inline double Median(std::vector<double>& values)
 {
     std::sort(values.begin(), values.end());
     return values.empty() ? 0 : values[values.size() / 2];
+}
+
+// Runs `ours` and then `bare` once per iteration, so that both see the same
+// load of the machine, and reports the median of each in nanoseconds (as
+// `oursMedian` and "bare_median_ns") and their ratio ("ratio"). A step
+// returns nullptr, or the error that stops the benchmark.
+template <class Ours, class Bare>
+void RunInTurn(benchmark::State& state, const char* oursMedian, Ours ours, Bare bare)
+{
+    std::vector<double> oursTimes, bareTimes;
+    using Clock = std::chrono::steady_clock;
+    for (auto _ : state) {
+        const auto t0 = Clock::now();
+        if (const char* error = ours()) {
+            state.SkipWithError(error);
+            return;
+        }
+        const auto t1 = Clock::now();
+        if (const char* error = bare()) {
+            state.SkipWithError(error);
+            return;
+        }
+        const auto t2 = Clock::now();
+        oursTimes.push_back(std::chrono::duration<double, std::nano>(t1 - t0).count());
+        bareTimes.push_back(std::chrono::duration<double, std::nano>(t2 - t1).count());
+    }
+    const double oursMedianNs = Median(oursTimes);
+    const double bareMedianNs = Median(bareTimes);
+    state.counters[oursMedian] = oursMedianNs;
+    state.counters["bare_median_ns"] = bareMedianNs;
+    state.counters["ratio"] = bareMedianNs > 0 ? oursMedianNs / bareMedianNs : 0;
 }
 
 } // namespace benchsupport

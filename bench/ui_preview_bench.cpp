@@ -69,14 +69,9 @@ public:
     } preview;
 };
 
-struct Pair {
-    std::string dir;
-    pid_t partner = 0;
-    pid_t echo = 0;
-    int bare = -1;
+struct Pair : benchsupport::TwoPrograms {
     vxhost::PartnerFrame* frame = nullptr;
     Target* target = nullptr;
-    bool ok = false;
 };
 
 void EndPair();
@@ -125,8 +120,7 @@ Pair& ThePair()
 
 void EndPair()
 {
-    Pair& p = ThePair();
-    benchsupport::EndBoth(p.partner, p.echo, p.dir);
+    benchsupport::EndBoth(ThePair());
 }
 
 bool PreviewRoundTrip(Target& target, const char* file = kPixelsPath)
@@ -177,8 +171,7 @@ void BM_BareRoundTripAndCopy(benchmark::State& state)
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * kPixelBytes));
 }
 
-// Both in turn, so that both see the same load of the machine: the medians
-// of each, and their ratio.
+// Both in turn: the medians of each, and their ratio.
 void BM_PreviewVersusBare(benchmark::State& state)
 {
     Pair& p = ThePair();
@@ -189,29 +182,11 @@ void BM_PreviewVersusBare(benchmark::State& state)
     std::vector<char> block(kBlockBytes, 'b');
     std::vector<char> pixels(kPixelBytes, 'p');
     std::vector<char> copy(kPixelBytes);
-    std::vector<double> preview, bare;
-    using Clock = std::chrono::steady_clock;
     const char* file = state.range(0) ? kPicturePath : kPixelsPath;
-    for (auto _ : state) {
-        const auto t0 = Clock::now();
-        if (!PreviewRoundTrip(*p.target, file)) {
-            state.SkipWithError("IT did not draw");
-            return;
-        }
-        const auto t1 = Clock::now();
-        if (!BareRoundTrip(p.bare, block, pixels, copy)) {
-            state.SkipWithError("the echo ended");
-            return;
-        }
-        const auto t2 = Clock::now();
-        preview.push_back(std::chrono::duration<double, std::nano>(t1 - t0).count());
-        bare.push_back(std::chrono::duration<double, std::nano>(t2 - t1).count());
-    }
-    const double previewMedian = benchsupport::Median(preview);
-    const double bareMedian = benchsupport::Median(bare);
-    state.counters["preview_median_ns"] = previewMedian;
-    state.counters["bare_median_ns"] = bareMedian;
-    state.counters["ratio"] = bareMedian > 0 ? previewMedian / bareMedian : 0;
+    benchsupport::RunInTurn(
+        state, "preview_median_ns",
+        [&]() -> const char* { return PreviewRoundTrip(*p.target, file) ? nullptr : "IT did not draw"; },
+        [&]() -> const char* { return BareRoundTrip(p.bare, block, pixels, copy) ? nullptr : "the echo ended"; });
 }
 
 } // namespace

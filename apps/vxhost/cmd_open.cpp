@@ -17,51 +17,17 @@
 
 #ifdef VXHOST_WITH_UI
 
-#include "partnerhost.h"
+#include "suitehome.h"
 
-#include <signal.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <chrono>
-#include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <vector>
-
-extern char** environ;
 
 namespace {
 
 constexpr int kLimitMs = 30000;
-
-std::string SelfExecutable()
-{
-    char path[PATH_MAX] = {};
-    const ssize_t n = readlink("/proc/self/exe", path, sizeof path - 1);
-    return n > 0 ? std::string(path, static_cast<std::size_t>(n)) : std::string();
-}
-
-int WaitFor(pid_t child, int limitMs)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(limitMs);
-    int status = 0;
-    for (;;) {
-        const pid_t done = waitpid(child, &status, WNOHANG);
-        if (done == child)
-            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        if (done < 0 || std::chrono::steady_clock::now() > end)
-            break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    kill(child, SIGKILL);
-    waitpid(child, &status, 0);
-    return -1;
-}
 
 // The sample project: pages AT draws itself, drawings IT draws, and a file
 // nobody draws.
@@ -81,58 +47,21 @@ int RunOpen(vxhost::Args& args)
     const std::string shots = vxhost::ScreenshotDir(args.words);
     if (shots.empty() && !args.words.empty())
         return vxhost::Usage("open");
-    char pattern[] = "/tmp/vxopen-XXXXXX";
-    if (!mkdtemp(pattern)) {
+    const vxhost::SuiteHome home("vxopen");
+    if (!home.Made()) {
         std::printf("no temporary directory\n");
         return 1;
     }
-    const std::string dir = pattern;
-    const std::string self = SelfExecutable();
-    std::error_code ec;
-    for (const char* name : {"programs", "settings", "config", "run"})
-        std::filesystem::create_directory(dir + "/" + name, ec);
-    chmod((dir + "/run").c_str(), 0700);
-    symlink(self.c_str(), (dir + "/programs/AT").c_str());
-    symlink(self.c_str(), (dir + "/programs/IT").c_str());
-    const std::string project = dir + "/Demo";
+    const std::string project = home.Dir() + "/Demo";
     MakeProject(project);
 
-    const char* const own[] = {"VXBASE_WINDOWS_DIR=", "XDG_CONFIG_HOME=", "XDG_CONFIG_DIRS=", "XDG_RUNTIME_DIR="};
-    std::vector<std::string> env;
-    for (char** e = environ; *e; ++e) {
-        const std::string entry = *e;
-        bool skip = false;
-        for (const char* name : own)
-            skip = skip || entry.rfind(name, 0) == 0;
-        if (!skip)
-            env.push_back(entry);
+    std::vector<std::string> atArgs{"--open", project};
+    if (!shots.empty()) {
+        atArgs.push_back("--screenshot");
+        atArgs.push_back(std::filesystem::absolute(shots).string());
     }
-    env.push_back("VXBASE_WINDOWS_DIR=" + dir + "/settings");
-    env.push_back("XDG_CONFIG_HOME=" + dir + "/config");
-    env.push_back("XDG_CONFIG_DIRS=" + dir + "/config");
-    env.push_back("XDG_RUNTIME_DIR=" + dir + "/run");
-    std::vector<char*> envp;
-    for (auto& e : env)
-        envp.push_back(e.data());
-    envp.push_back(nullptr);
-
-    const std::string program = dir + "/programs/AT";
-    std::string openOption = "--open";
-    std::string shotOption = "--screenshot";
-    std::string shotDir = shots.empty() ? std::string() : std::filesystem::absolute(shots).string();
-    std::vector<char*> argv{const_cast<char*>(program.c_str()), openOption.data(), const_cast<char*>(project.c_str())};
-    if (!shotDir.empty()) {
-        argv.push_back(shotOption.data());
-        argv.push_back(shotDir.data());
-    }
-    argv.push_back(nullptr);
-    std::fflush(stdout);
-    pid_t child = 0;
-    int rc = posix_spawn(&child, program.c_str(), nullptr, nullptr, argv.data(), envp.data());
-    if (rc == 0)
-        rc = WaitFor(child, shots.empty() && (std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY")) ? 24 * 3600 * 1000 : kLimitMs);
-    std::filesystem::remove_all(dir, ec);
-    return rc == 0 ? 0 : 1;
+    const bool byUser = shots.empty() && (std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY"));
+    return home.RunAT(atArgs, byUser ? 24 * 3600 * 1000 : kLimitMs) == 0 ? 0 : 1;
 }
 
 } // namespace

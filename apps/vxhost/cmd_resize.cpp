@@ -6,16 +6,13 @@
 //
 // Without a display it opens, grows by a step, shows where some controls
 // went, and ends.
-#include "democommand.h"
 #include "modalrun.h"
+#include "windowdemo.h"
 
 #ifdef VXHOST_WITH_UI
 
 #include <vxbase.h>
 #include <vxbase_ui.h>
-
-#include <QDir>
-#include <QImage>
 
 #include <functional>
 #include <string>
@@ -83,12 +80,11 @@ vx::DialogTemplate SampleTemplate()
     return t;
 }
 
-class SampleDialog : public CResizeDialog {
+class SampleDialog : public vxhost::PlaceKeepingDialog<CResizeDialog> {
 public:
-    SampleDialog() : CResizeDialog(0, AfxGetMainWnd(), fdAll, true) { InitModalIndirect(SampleTemplate()); }
+    SampleDialog() : PlaceKeepingDialog(0, AfxGetMainWnd(), fdAll, true) { InitModalIndirect(SampleTemplate()); }
 
     using CResizeDialog::OnInitDialog;
-    bool keepPlace = false;
 
 protected:
     BOOL OnInitDialog() override
@@ -124,26 +120,8 @@ protected:
         CheckRadioButton(kProject, kSelection, kProject);
         SetDlgItemText(kFind, "-K1");
         SetDlgItemText(kReplace, "-K2");
-        if (keepPlace)
-            RestoreWindowPosition(kSection, false, -1);
+        RestorePlace();
         return TRUE;
-    }
-    void OnOK() override
-    {
-        Keep();
-        CResizeDialog::OnOK();
-    }
-    void OnCancel() override
-    {
-        Keep();
-        CResizeDialog::OnCancel();
-    }
-
-private:
-    void Keep()
-    {
-        if (keepPlace)
-            StoreWindowPosition(kSection, -1);
     }
 };
 
@@ -157,10 +135,6 @@ void Grow(CWnd& dlg, int dx, int dy)
 
 int Screenshot(const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
-        return 1;
-    }
     int written = 0;
     SampleDialog dlg;
     vxhost::RunModal(dlg, [&](SampleDialog& d) {
@@ -168,11 +142,7 @@ int Screenshot(const std::string& dir)
             if (shot == 2)
                 Grow(d, 220, 140);
             vx::ProcessUiEvents();
-            const std::string file = dir + "/resize-" + std::to_string(shot) + ".png";
-            if (vx::RenderWindow(d).save(QString::fromStdString(file))) {
-                std::printf("wrote %s\n", file.c_str());
-                ++written;
-            }
+            vxhost::SavePicture(d, dir, "resize-" + std::to_string(shot) + ".png", written);
         }
         d.EndDialog(IDCANCEL);
     });
@@ -181,14 +151,8 @@ int Screenshot(const std::string& dir)
 
 void PrintPlaces(CWnd& d)
 {
-    const std::pair<int, const char*> shown[] = {
-        {kFind, "search field"}, {kResults, "results"}, {kOptions, "options"}, {IDOK, "OK"}};
-    for (const auto& [id, name] : shown) {
-        CRect r;
-        d.GetDlgItem(id)->GetWindowRect(&r);
-        d.ScreenToClient(&r);
-        std::printf("  %-13s (%d, %d) - (%d, %d)\n", name, r.left, r.top, r.right, r.bottom);
-    }
+    vxhost::PrintControlPlaces(d, {{kFind, "search field"}, {kResults, "results"}, {kOptions, "options"}, {IDOK, "OK"}},
+                               13);
 }
 
 int Offscreen()
@@ -207,25 +171,9 @@ int Offscreen()
 
 int RunResize(vxhost::Args& args)
 {
-    const auto& words = args.words;
-    const std::string shots = vxhost::ScreenshotDir(words);
-    const bool screenshot = !shots.empty();
-    if (!words.empty() && !screenshot)
-        return vxhost::Usage("resize");
-    vx::InitUi();
-    int rc = 0;
-    if (screenshot) {
-        rc = Screenshot(shots);
-    } else if (!vx::HasDisplay()) {
-        rc = Offscreen();
-    } else {
-        SampleDialog dlg;
-        dlg.keepPlace = true;
-        std::printf("display: size the dialog by its frame or its grip; OK or Cancel ends it.\n");
-        vxhost::RunModal(dlg, nullptr);
-    }
-    vx::ShutdownUi();
-    return rc;
+    return vxhost::RunWindowDemo(args, "resize", {Screenshot, Offscreen, [] {
+        vxhost::RunForUser<SampleDialog>(kSection, "size the dialog by its frame or its grip; OK or Cancel ends it.");
+    }});
 }
 
 } // namespace

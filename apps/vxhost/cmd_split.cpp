@@ -7,16 +7,13 @@
 //
 // Without a display it opens, drags both bars by simulated mouse input,
 // shows where the panes went, and ends.
-#include "democommand.h"
 #include "modalrun.h"
+#include "windowdemo.h"
 
 #ifdef VXHOST_WITH_UI
 
 #include <vxbase.h>
 #include <vxbase_ui.h>
-
-#include <QDir>
-#include <QImage>
 
 #include <functional>
 #include <string>
@@ -43,11 +40,10 @@ vx::DialogTemplate SplitTemplate()
     return t;
 }
 
-class SplitDialog : public KSplitResizeDialog {
+class SplitDialog : public vxhost::PlaceKeepingDialog<KSplitResizeDialog> {
 public:
-    SplitDialog() : KSplitResizeDialog(0, AfxGetMainWnd()) { InitModalIndirect(SplitTemplate()); }
+    SplitDialog() : PlaceKeepingDialog(0, AfxGetMainWnd()) { InitModalIndirect(SplitTemplate()); }
 
-    bool keepPlace = false;
     KSplitPane* left = nullptr;
 
 protected:
@@ -82,26 +78,8 @@ protected:
         for (const char* p : {"Numer strony: 12", "Tytuł: Sterowanie -K1", "Format: A3 poziomo",
                               "Opracował: J. Kowalski", "Data: 2026-11-25", "Wersja: 3", "Norma: DIN EN 61082"})
             props->AddString(Text(p));
-        if (keepPlace)
-            RestoreWindowPosition(kSection, false, -1);
+        RestorePlace();
         return TRUE;
-    }
-    void OnOK() override
-    {
-        Keep();
-        KSplitResizeDialog::OnOK();
-    }
-    void OnCancel() override
-    {
-        Keep();
-        KSplitResizeDialog::OnCancel();
-    }
-
-private:
-    void Keep()
-    {
-        if (keepPlace)
-            StoreWindowPosition(kSection, -1);
     }
 };
 
@@ -117,38 +95,24 @@ CPoint Middle(const CRect& r)
     return r.CenterPoint();
 }
 
-bool Save(CWnd& w, const std::string& dir, const char* name, int& written)
-{
-    const std::string file = dir + "/" + name;
-    if (!vx::RenderWindow(w).save(QString::fromStdString(file)))
-        return false;
-    std::printf("wrote %s\n", file.c_str());
-    ++written;
-    return true;
-}
-
 int Screenshot(const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
-        return 1;
-    }
     int written = 0;
     SplitDialog dlg;
     vxhost::RunModal(dlg, [&](SplitDialog& d) {
         vx::ProcessUiEvents();
-        Save(d, dir, "split-1-before.png", written);
+        vxhost::SavePicture(d, dir, "split-1-before.png", written);
         const CPoint bar = Middle(d.GetRootPane()->GetSplitterRect());
         Mouse(d, WM_LBUTTONDOWN, bar);
         Mouse(d, WM_MOUSEMOVE, CPoint(bar.x + 40, bar.y));
         Mouse(d, WM_MOUSEMOVE, CPoint(bar.x + 70, bar.y));
-        Save(d, dir, "split-2-dragging.png", written);
+        vxhost::SavePicture(d, dir, "split-2-dragging.png", written);
         Mouse(d, WM_LBUTTONUP, CPoint(bar.x + 70, bar.y));
-        Save(d, dir, "split-3-after.png", written);
+        vxhost::SavePicture(d, dir, "split-3-after.png", written);
         const CPoint across = Middle(d.left->GetSplitterRect());
         Mouse(d, WM_LBUTTONDOWN, across);
         Mouse(d, WM_LBUTTONUP, CPoint(across.x, across.y + 45));
-        Save(d, dir, "split-4-after-second.png", written);
+        vxhost::SavePicture(d, dir, "split-4-after-second.png", written);
         d.EndDialog(IDCANCEL);
     });
     return written == 4 ? 0 : 1;
@@ -156,13 +120,7 @@ int Screenshot(const std::string& dir)
 
 void PrintPanes(SplitDialog& d)
 {
-    const std::pair<int, const char*> shown[] = {{kPages, "pages"}, {kText, "description"}, {kProperties, "properties"}};
-    for (const auto& [id, name] : shown) {
-        CRect r;
-        d.GetDlgItem(id)->GetWindowRect(&r);
-        d.ScreenToClient(&r);
-        std::printf("  %-12s (%d, %d) - (%d, %d)\n", name, r.left, r.top, r.right, r.bottom);
-    }
+    vxhost::PrintControlPlaces(d, {{kPages, "pages"}, {kText, "description"}, {kProperties, "properties"}}, 12);
 }
 
 int Offscreen()
@@ -187,25 +145,10 @@ int Offscreen()
 
 int RunSplit(vxhost::Args& args)
 {
-    const auto& words = args.words;
-    const std::string shots = vxhost::ScreenshotDir(words);
-    const bool screenshot = !shots.empty();
-    if (!words.empty() && !screenshot)
-        return vxhost::Usage("split");
-    vx::InitUi();
-    int rc = 0;
-    if (screenshot) {
-        rc = Screenshot(shots);
-    } else if (!vx::HasDisplay()) {
-        rc = Offscreen();
-    } else {
-        SplitDialog dlg;
-        dlg.keepPlace = true;
-        std::printf("display: drag the bars between the panes, or size the dialog; OK or Cancel ends it.\n");
-        vxhost::RunModal(dlg, nullptr);
-    }
-    vx::ShutdownUi();
-    return rc;
+    return vxhost::RunWindowDemo(args, "split", {Screenshot, Offscreen, [] {
+        vxhost::RunForUser<SplitDialog>(kSection,
+                                        "drag the bars between the panes, or size the dialog; OK or Cancel ends it.");
+    }});
 }
 
 } // namespace
