@@ -1,7 +1,11 @@
 // Helpers of the database tests: a temporary directory that goes away with
-// the test, and a message box handler that records what would be shown.
+// the test, a message box handler that records what would be shown, the
+// DAO error a piece of work raises, and tests on the run's PostgreSQL
+// server or on both engines.
 #pragma once
 
+#include "platform/dao/daoexception.h"
+#include "platform/dao/daotabledef.h"
 #include "platform/windows/messagebox.h"
 
 #include "support/pgserver.h"
@@ -10,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -41,6 +46,62 @@ private:
 };
 
 using vxtest::WriteBytes;
+
+// The DAO error number `work` raises; 0 if it raises none. Any other
+// exception fails the test.
+inline long ErrorOf(const std::function<void()>& work)
+{
+    try {
+        work();
+    } catch (CDaoException& e) {
+        return e.m_pErrorInfo->m_lErrorCode;
+    } catch (...) {
+        ADD_FAILURE() << "an exception other than CDaoException";
+        return -1;
+    }
+    return 0;
+}
+
+// The text of the DAO error `work` raises; "" if it raises none.
+inline std::string DescriptionOf(const std::function<void()>& work)
+{
+    try {
+        work();
+    } catch (CDaoException& e) {
+        return e.m_pErrorInfo->m_strDescription.StdString();
+    }
+    return std::string();
+}
+
+enum class IndexKind { Plain, Unique, Primary };
+
+// Adds index `name` on the one field `field` to `def`; throws as
+// CDaoTableDef::CreateIndex does.
+inline void AddIndex(CDaoTableDef& def, const char* name, const char* field, IndexKind kind,
+                     bool descending = false)
+{
+    CDaoIndexFieldInfo fieldInfo{field, descending ? TRUE : FALSE};
+    CDaoIndexInfo index;
+    index.m_strName = name;
+    index.m_pFieldInfos = &fieldInfo;
+    index.m_nFields = 1;
+    index.m_bPrimary = kind == IndexKind::Primary ? TRUE : FALSE;
+    index.m_bUnique = kind == IndexKind::Unique ? TRUE : FALSE;
+    def.CreateIndex(index);
+}
+
+// A test on the test run's PostgreSQL server; without one it skips.
+class ServerTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string why;
+        server = vxtest::PgServer::Get(&why);
+        if (!server)
+            GTEST_SKIP() << "no PostgreSQL server for the tests: " << why;
+    }
+    vxtest::PgServer* server = nullptr;
+};
 
 // A test whose body runs on a database file and on a database of the test
 // run's PostgreSQL server: the parameter names the engine, "File" or

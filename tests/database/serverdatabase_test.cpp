@@ -24,17 +24,7 @@ extern char** environ;
 
 namespace {
 
-class ServerDatabase : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        std::string why;
-        server = vxtest::PgServer::Get(&why);
-        if (!server)
-            GTEST_SKIP() << "no PostgreSQL server for the tests: " << why;
-    }
-    vxtest::PgServer* server = nullptr;
-};
+class ServerDatabase : public dbtest::ServerTest {};
 
 void PartsCatalogue(KDatenbankIO& db)
 {
@@ -224,13 +214,7 @@ TEST_F(ServerDatabase, CopiesAFileToTheServerAndBack)
         def.CreateField("Price", dbCurrency, 8);
         def.CreateField("Note", dbMemo, 0);
         def.Append();
-        CDaoIndexFieldInfo field{"Name", TRUE};
-        CDaoIndexInfo index;
-        index.m_strName = "ByName";
-        index.m_pFieldInfos = &field;
-        index.m_nFields = 1;
-        index.m_bUnique = TRUE;
-        def.CreateIndex(index);
+        dbtest::AddIndex(def, "ByName", "Name", dbtest::IndexKind::Unique, true);
         db.Execute("INSERT INTO Parts (Name, Price, Note) VALUES ('Motor', 1234500, 'three phase')");
         db.Execute("INSERT INTO Parts (Name, Price) VALUES ('Lamp', 25000)");
         db.Execute("INSERT INTO Parts (Name, Price) VALUES ('Relay', 99000)");

@@ -1,6 +1,6 @@
 // What the DAO classes do the same on both engines: the same test bodies on
 // a database file and on a database of a private PostgreSQL server.
-#include "database/dbtestutil.h"
+#include "daotestutil.h"
 
 #include "platform/dao/daodatabase.h"
 #include "platform/dao/daoexception.h"
@@ -9,6 +9,8 @@
 #include "platform/dao/daotabledef.h"
 #include "platform/dao/daoworkspace.h"
 #include "support/pgserver.h"
+
+#include <sqlite3.h>
 
 #include <cctype>
 #include <chrono>
@@ -20,40 +22,31 @@
 
 namespace {
 
-long ErrorOf(const std::function<void()>& work)
+using daotest::kAllTypes;
+using daotest::MakeAllTypes;
+using dbtest::AddIndex;
+using dbtest::DescriptionOf;
+using dbtest::ErrorOf;
+using dbtest::IndexKind;
+
+// Runs `sql` on the SQLite file `file` as SQLite itself, past the engine,
+// and hands the statement on its first row to `check`.
+void InFile(const std::string& file, const char* sql, const std::function<void(sqlite3_stmt*)>& check)
 {
-    try {
-        work();
-    } catch (CDaoException& e) {
-        return e.m_pErrorInfo->m_lErrorCode;
-    }
-    return 0;
+    sqlite3* raw = nullptr;
+    sqlite3_stmt* s = nullptr;
+    if (sqlite3_open(file.c_str(), &raw) == SQLITE_OK && sqlite3_prepare_v2(raw, sql, -1, &s, nullptr) == SQLITE_OK &&
+        sqlite3_step(s) == SQLITE_ROW)
+        check(s);
+    else
+        ADD_FAILURE() << file << ": " << sqlite3_errmsg(raw);
+    sqlite3_finalize(s);
+    sqlite3_close(raw);
 }
 
-struct FieldSpec {
-    const char* name;
-    short type;
-    long size;
-    long attributes;
-    long reportedSize;
-};
-
-const FieldSpec kAllTypes[] = {
-    {"Flag", dbBoolean, 1, 0, 1},     {"Small", dbByte, 1, 0, 1},    {"Short", dbInteger, 2, 0, 2},
-    {"Count", dbLong, 4, 0, 4},       {"Price", dbCurrency, 8, 0, 8}, {"Ratio", dbSingle, 4, 0, 4},
-    {"Exact", dbDouble, 8, 0, 8},     {"When", dbDate, 8, 0, 8},      {"Name", dbText, 40, 0, 40},
-    {"Note", dbMemo, 0, 0, 0},        {"Bytes", dbLongBinary, 0, 0, 0}, {"Id", dbLong, 4, dbAutoIncrField, 4},
-};
-
-void MakeAllTypes(const std::string& name)
+const char* TextOf(sqlite3_stmt* s, int column)
 {
-    CDaoDatabase db;
-    db.Create(name.c_str());
-    CDaoTableDef def(&db);
-    def.Create("All");
-    for (const auto& f : kAllTypes)
-        def.CreateField(f.name, f.type, f.size, f.attributes);
-    def.Append();
+    return reinterpret_cast<const char*>(sqlite3_column_text(s, column));
 }
 
 // The engine by the name of the parameter: "File" or "Server".
@@ -116,6 +109,15 @@ TEST_P(BothEngines, KeepsEveryValueExactlyAndCountsRecords)
         set.Update();
     }
     db.Close();
+    if (!IsServer()) {
+        // In the file: an integer count of ten-thousandths and a real number.
+        InFile(Db("all"), "SELECT Price, typeof(Price), \"When\", typeof(\"When\") FROM [All]", [&](sqlite3_stmt* s) {
+            EXPECT_EQ(sqlite3_column_int64(s, 0), big.int64);
+            EXPECT_STREQ(TextOf(s, 1), "integer");
+            EXPECT_DOUBLE_EQ(sqlite3_column_double(s, 2), 45352.0 + 12.5 / 24.0);
+            EXPECT_STREQ(TextOf(s, 3), "real");
+        });
+    }
 
     db.Open(Db("all").c_str());
     CDaoRecordset again(&db);
@@ -140,7 +142,9 @@ TEST_P(BothEngines, KeepsEveryValueExactlyAndCountsRecords)
     EXPECT_EQ(std::string(again.GetFieldValue("Note").bstrVal), std::string(5000, 'm'));
     again.GetFieldValue("Bytes", v);
     EXPECT_EQ(std::string(v.bstrVal, v.TextLength()), bytes);
-    EXPECT_EQ(again.GetFieldValue("Id").lVal, 2); // the counter numbered the records
+    again.GetFieldValue("Id", v);
+    EXPECT_EQ(v.vt, VT_I4);
+    EXPECT_EQ(v.lVal, 2); // the counter numbered the records
 
     CDaoTableDef def(&db);
     def.Open("All");
@@ -156,15 +160,27 @@ TEST_P(BothEngines, TellsNullFromValueAndChecksWhatIsWritten)
     set.Open(dbOpenDynaset, "SELECT * FROM [All]");
     EXPECT_TRUE(set.IsBOF() && set.IsEOF());
     EXPECT_EQ(ErrorOf([&] { set.MoveFirst(); }), vx::kDaoNoCurrentRecord);
+    EXPECT_EQ(ErrorOf([&] { set.SetFieldValue("Name", "x"); }), vx::kDaoUpdateWithoutEdit);
     set.AddNew();
     EXPECT_EQ(ErrorOf([&] { set.SetFieldValue("Name", std::string(41, 'x').c_str()); }), vx::kDaoFieldTooSmall);
     EXPECT_EQ(ErrorOf([&] { set.SetFieldValue("Small", COleVariant(300)); }), vx::kDaoNumericOverflow);
+    EXPECT_EQ(ErrorOf([&] { set.SetFieldValue("Count", "twelve"); }), vx::kDaoConversionError);
     EXPECT_EQ(ErrorOf([&] { set.SetFieldValue("Id", COleVariant(5)); }), vx::kDaoFieldNotUpdatable);
+    EXPECT_EQ(ErrorOf([&] { set.SetFieldValue("Nope", COleVariant(5)); }), vx::kDaoItemNotFound);
+    set.SetFieldValue("Flag", COleVariant(1));
     set.SetFieldValue("Count", "12");
+    set.SetFieldValue("Exact", "2,5"); // a decimal comma is read too
     set.SetFieldValue("Name", "");
     set.Update();
     set.MoveFirst();
     COleVariant v;
+    set.GetFieldValue("Flag", v);
+    EXPECT_EQ(v.vt, VT_BOOL);
+    EXPECT_EQ(v.boolVal, VARIANT_TRUE);
+    set.GetFieldValue("Count", v);
+    EXPECT_EQ(v.lVal, 12);
+    set.GetFieldValue("Exact", v);
+    EXPECT_DOUBLE_EQ(v.dblVal, 2.5);
     set.GetFieldValue("Name", v);
     EXPECT_EQ(v.vt, VT_BSTR); // an empty text is a value, not a null
     EXPECT_STREQ(v.bstrVal, "");
@@ -183,14 +199,8 @@ TEST_P(BothEngines, ComparesTextWithoutRegardToCase)
         def.Create("Parts");
         def.CreateField("Name", dbText, 20);
         def.CreateField("Nr", dbLong, 4);
-        CDaoIndexFieldInfo field{"Name", FALSE};
-        CDaoIndexInfo index;
-        index.m_strName = "ByName";
-        index.m_pFieldInfos = &field;
-        index.m_nFields = 1;
-        index.m_bUnique = TRUE;
         def.Append();
-        def.CreateIndex(index);
+        AddIndex(def, "ByName", "Name", IndexKind::Unique);
         db.Execute("INSERT INTO Parts (Name, Nr) VALUES ('motor', 1)");
         db.Execute("INSERT INTO [Parts] ([Name], [Nr]) VALUES (\"Lamp\", 2)");
         db.Execute("INSERT INTO [parts] ([name], [nr]) VALUES ('ZENER', 3)");
@@ -222,13 +232,17 @@ TEST_P(BothEngines, MovesThroughRecordsAsDaoDoes)
         db.Execute(("INSERT INTO [All] ([Count]) VALUES (" + std::to_string(i) + ")").c_str());
     CDaoRecordset set(&db);
     set.Open(dbOpenDynaset, "SELECT * FROM [All] ORDER BY [Count] DESC");
+    EXPECT_EQ(set.GetAbsolutePosition(), 0);
     EXPECT_EQ(set.GetFieldValue("Count").lVal, 3);
     set.MoveLast();
     set.MoveNext();
     EXPECT_TRUE(set.IsEOF());
+    EXPECT_EQ(set.GetAbsolutePosition(), -1);
     EXPECT_EQ(ErrorOf([&] { set.MoveNext(); }), vx::kDaoNoCurrentRecord);
+    EXPECT_EQ(ErrorOf([&] { set.GetFieldValue("Count"); }), vx::kDaoNoCurrentRecord);
     set.MovePrev();
     EXPECT_EQ(set.GetFieldValue("Count").lVal, 1);
+    EXPECT_EQ(ErrorOf([&] { set.SetAbsolutePosition(3); }), vx::kDaoInvalidArgument);
     set.SetAbsolutePosition(1);
     set.Delete();
     EXPECT_EQ(ErrorOf([&] { set.GetFieldValue("Count"); }), vx::kDaoRecordDeleted);
@@ -355,13 +369,7 @@ TEST_P(BothEngines, AFailedStatementInATransactionIsUndoneAlone)
         def.CreateField("Nr", dbLong, 4);
         def.CreateField("Name", dbText, 10);
         def.Append();
-        CDaoIndexFieldInfo field{"Nr", FALSE};
-        CDaoIndexInfo index;
-        index.m_strName = "ByNr";
-        index.m_pFieldInfos = &field;
-        index.m_nFields = 1;
-        index.m_bUnique = TRUE;
-        def.CreateIndex(index);
+        AddIndex(def, "ByNr", "Nr", IndexKind::Unique);
     }
     CDaoRecordset set(&db);
     set.Open(dbOpenDynaset, "SELECT * FROM [T]");
@@ -438,9 +446,16 @@ TEST_P(BothEngines, StoresQueriesAndTakesJetsTexts)
     set.Open(&irish);
     EXPECT_EQ(set.GetRecordCount(), 1);
     EXPECT_EQ(set.GetFieldValue("Count").lVal, 11);
+    // A single-table query can be edited through its record set.
+    set.Edit();
+    set.SetFieldValue("Count", COleVariant(99));
+    set.Update();
+    EXPECT_EQ(set.GetFieldValue("Count").lVal, 99);
     CDaoTableDefInfo table;
     db.GetTableDefInfo("MSysVxObjects", table);
     EXPECT_EQ(table.m_lAttributes, dbSystemObject);
+    if (!IsServer()) // a select query is a view of SQLite's own
+        InFile(Db("all"), "SELECT \"Count\" FROM Irish", [](sqlite3_stmt* s) { EXPECT_EQ(sqlite3_column_int(s, 0), 99); });
 }
 
 TEST_P(BothEngines, AddsFieldsIndexesAndCountersToTablesWithRecords)
@@ -459,14 +474,8 @@ TEST_P(BothEngines, AddsFieldsIndexesAndCountersToTablesWithRecords)
         def.CreateField("Qty", dbInteger, 2);
         def.CreateField("Id", dbLong, 4, dbAutoIncrField);
         EXPECT_EQ(ErrorOf([&] { def.CreateField("qty", dbLong, 4); }), vx::kDaoFieldDefinedTwice);
-        CDaoIndexFieldInfo field{"Name", FALSE};
-        CDaoIndexInfo index;
-        index.m_strName = "ByName";
-        index.m_pFieldInfos = &field;
-        index.m_nFields = 1;
-        index.m_bPrimary = TRUE;
-        def.CreateIndex(index);
-        EXPECT_EQ(ErrorOf([&] { def.CreateIndex(index); }), vx::kDaoIndexExists);
+        AddIndex(def, "ByName", "Name", IndexKind::Primary);
+        EXPECT_EQ(ErrorOf([&] { AddIndex(def, "ByName", "Name", IndexKind::Primary); }), vx::kDaoIndexExists);
         EXPECT_EQ(ErrorOf([&] { def.DeleteField("Name"); }), vx::kDaoFieldInIndex);
         EXPECT_EQ(ErrorOf([&] { db.Execute("INSERT INTO T (Name) VALUES ('C')"); }), vx::kDaoDuplicateKey);
     }
@@ -595,27 +604,7 @@ TEST_P(BothEngines, SelectStarGivesTheFieldsOnly)
 
 namespace {
 
-class Server : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        std::string why;
-        server = vxtest::PgServer::Get(&why);
-        if (!server)
-            GTEST_SKIP() << "no PostgreSQL server for the tests: " << why;
-    }
-    vxtest::PgServer* server = nullptr;
-};
-
-std::string DescriptionOf(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (CDaoException& e) {
-        return e.m_pErrorInfo->m_strDescription.StdString();
-    }
-    return std::string();
-}
+class Server : public dbtest::ServerTest {};
 
 } // namespace
 
@@ -697,17 +686,11 @@ TEST_F(Server, RefusesNamesTooLongForTheServerAndKeepsLongIndexNames)
     good.Append();
     EXPECT_EQ(ErrorOf([&] { good.CreateField(std::string(64, 'g').c_str(), dbLong, 4); }), vx::kDaoInvalidName);
     const std::string indexName = "Index" + std::string(58, 'i');
-    CDaoIndexFieldInfo field{std::string(63, 'f').c_str(), FALSE};
-    CDaoIndexInfo index;
-    index.m_strName = indexName.c_str();
-    index.m_pFieldInfos = &field;
-    index.m_nFields = 1;
-    index.m_bPrimary = TRUE;
-    good.CreateIndex(index);
+    const std::string fieldName(63, 'f');
+    AddIndex(good, indexName.c_str(), fieldName.c_str(), IndexKind::Primary);
     const std::string tooLongIndex = "Index" + std::string(59, 'j');
-    index.m_strName = tooLongIndex.c_str();
-    index.m_bPrimary = FALSE;
-    EXPECT_EQ(ErrorOf([&] { good.CreateIndex(index); }), vx::kDaoInvalidName);
+    EXPECT_EQ(ErrorOf([&] { AddIndex(good, tooLongIndex.c_str(), fieldName.c_str(), IndexKind::Plain); }),
+              vx::kDaoInvalidName);
 
     CDaoTableDef again(&db);
     again.Open(longest.c_str());

@@ -16,6 +16,8 @@
 
 namespace {
 
+using dbtest::ErrorOf;
+
 const std::string kData = std::string(VX_TEST_DATA_DIR) + "/database/";
 
 std::string ReadFile(const std::string& path)
@@ -24,21 +26,6 @@ std::string ReadFile(const std::string& path)
     std::ostringstream out;
     out << in.rdbuf();
     return out.str();
-}
-
-// The DAO error of `work`; 0 if it raised none. Any other exception fails
-// the test.
-long ErrorOf(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (CDaoException& e) {
-        return e.m_pErrorInfo->m_lErrorCode;
-    } catch (...) {
-        ADD_FAILURE() << "an exception other than CDaoException";
-        return -1;
-    }
-    return 0;
 }
 
 std::uint32_t U32(const std::string& b, std::size_t at)

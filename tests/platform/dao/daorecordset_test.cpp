@@ -12,15 +12,7 @@
 
 namespace {
 
-long ErrorOf(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (CDaoException& e) {
-        return e.m_pErrorInfo->m_lErrorCode;
-    }
-    return 0;
-}
+using dbtest::ErrorOf;
 
 // A file with table Parts (Nr, Name) and records 1 .. count.
 std::string MakeParts(const dbtest::TempDir& dir, int count)

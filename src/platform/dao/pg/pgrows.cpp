@@ -4,6 +4,7 @@
 // A result comes whole from the server (a record set on the server reads
 // its rows when it opens); values arrive as text and become numbers by the
 // type the server reports for their column.
+#include "platform/dao/daostatements_p.h"
 #include "platform/dao/pg/pgengine_p.h"
 
 #include <charconv>
@@ -156,14 +157,6 @@ private:
     mutable std::vector<std::string> m_bytes;
 };
 
-std::string ColumnList(const std::vector<DaoColumn>& columns)
-{
-    std::string list;
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        list += (i ? ", " : "") + QuoteName(columns[i].name);
-    return list;
-}
-
 // Whether `tail` (WHERE ..., ORDER BY ...) orders the rows itself.
 bool Ordered(const std::string& tail)
 {
@@ -292,18 +285,7 @@ std::unique_ptr<RowWriter> PgEngine::PrepareInsert(const std::string& table, con
 {
     if (!Keyed(table))
         ThrowDao(kDaoInvalidOperation, "Operation is not supported for this type of object.");
-    std::string names, values;
-    int k = 0;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (assigned[i] != '1')
-            continue;
-        ++k;
-        names += (k > 1 ? ", " : "") + QuoteName(columns[i].name);
-        values += (k > 1 ? ", $" : "$") + std::to_string(k);
-    }
-    std::string sql = k == 0 ? "INSERT INTO " + QuoteName(table) + " DEFAULT VALUES"
-                             : "INSERT INTO " + QuoteName(table) + " (" + names + ") VALUES (" + values + ")";
-    sql += " RETURNING " + QuoteName(kKeyColumn);
+    std::string sql = InsertStatement(table, columns, assigned, "$") + " RETURNING " + QuoteName(kKeyColumn);
     if (returning && !columns.empty())
         sql += ", " + ColumnList(columns);
     return std::make_unique<PgWriter>(*this, table, sql, assigned, columns.size(), returning);
@@ -315,15 +297,8 @@ std::unique_ptr<RowWriter> PgEngine::PrepareUpdate(const std::string& table, con
     // Written only if the record still holds what the set read, byte for
     // byte: texts compare as texts (not without regard to case), numbers as
     // the column's type.
-    std::string sets;
     int k = 0;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (assigned[i] != '1')
-            continue;
-        if (k++)
-            sets += ", ";
-        sets += QuoteName(columns[i].name) + " = $" + std::to_string(k);
-    }
+    const std::string sets = AssignmentList(columns, assigned, "$", k);
     std::string sql = "UPDATE " + QuoteName(table) + " SET " + sets + " WHERE " + QuoteName(kKeyColumn) + " = $" +
                       std::to_string(++k);
     for (const auto& c : columns) {

@@ -1,5 +1,6 @@
 // The file engine's records: cursors over statements, and the prepared
 // statements that write records by their row ids.
+#include "platform/dao/daostatements_p.h"
 #include "platform/dao/sqlite/sqliteengine_p.h"
 
 namespace vx {
@@ -228,11 +229,7 @@ std::unique_ptr<Cursor> SqliteEngine::OpenQuery(const std::string& sql)
 std::unique_ptr<Cursor> SqliteEngine::ReadRow(const std::string& table, const std::vector<DaoColumn>& columns,
                                               std::int64_t key)
 {
-    std::string sql = "SELECT ";
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        sql += (i ? ", " : "") + QuoteName(columns[i].name);
-    sql += " FROM " + QuoteName(table) + " WHERE rowid=?1";
-    sqlite3_stmt* s = Cached(sql);
+    sqlite3_stmt* s = Cached("SELECT " + ColumnList(columns) + " FROM " + QuoteName(table) + " WHERE rowid=?1");
     sqlite3_bind_int64(s, 1, key);
     return std::make_unique<RowCursor>(s, key);
 }
@@ -241,21 +238,11 @@ std::unique_ptr<RowWriter> SqliteEngine::PrepareInsert(const std::string& table,
                                                        const std::vector<DaoColumn>& columns,
                                                        const std::string& assigned, bool returning)
 {
-    std::string names, values;
-    int k = 0;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (assigned[i] != '1')
-            continue;
-        ++k;
-        names += (k > 1 ? ", " : "") + QuoteName(columns[i].name);
-        values += (k > 1 ? ", ?" : "?") + std::to_string(k);
-    }
-    std::string sql = k == 0 ? "INSERT INTO " + QuoteName(table) + " DEFAULT VALUES"
-                             : "INSERT INTO " + QuoteName(table) + " (" + names + ") VALUES (" + values + ")";
+    std::string sql = InsertStatement(table, columns, assigned, "?");
     if (returning) {
         sql += " RETURNING rowid";
-        for (const auto& c : columns)
-            sql += ", " + QuoteName(c.name);
+        if (!columns.empty())
+            sql += ", " + ColumnList(columns);
     }
     return std::make_unique<SqliteWriter>(*this, table, sql, assigned, columns.size());
 }
@@ -266,15 +253,8 @@ std::unique_ptr<RowWriter> SqliteEngine::PrepareUpdate(const std::string& table,
 {
     // Written only if the record still holds what the set read: byte for
     // byte, so that a change of case by another program counts too.
-    std::string sets;
     int k = 0;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (assigned[i] != '1')
-            continue;
-        if (k++)
-            sets += ", ";
-        sets += QuoteName(columns[i].name) + "=?" + std::to_string(k);
-    }
+    const std::string sets = AssignmentList(columns, assigned, "?", k);
     std::string sql = "UPDATE " + QuoteName(table) + " SET " + sets + " WHERE rowid=?" + std::to_string(++k);
     for (const auto& c : columns)
         sql += " AND " + QuoteName(c.name) + " IS ?" + std::to_string(++k) + " COLLATE BINARY";
