@@ -15,7 +15,6 @@
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
-#include <QDir>
 #include <QImage>
 #include <QTimer>
 
@@ -73,10 +72,8 @@ void Click(CWnd* w)
 
 int Screenshot(const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+    if (!vxhost::MakePictureDir(dir))
         return 1;
-    }
     int rc = 1;
     RunDialog([&](D& d) {
         vx::ProcessUiEvents();

@@ -18,7 +18,6 @@
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
-#include <QDir>
 #include <QImage>
 #include <QPainter>
 
@@ -180,10 +179,8 @@ void PrintStored(KIniExpertDlg& d)
 
 int Screenshot(const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+    if (!vxhost::MakePictureDir(dir))
         return 1;
-    }
     const std::string settings = dir + "/settings";
     if (!MakeDemoSettings(settings))
         return 1;

@@ -244,10 +244,8 @@ int SaveWindow(CWnd& window, const std::string& dir, const std::string& name)
 // Writes a PNG of each visible window of this process into `dir`.
 int Screenshots(const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+    if (!vxhost::MakePictureDir(dir))
         return 1;
-    }
     std::vector<HWND> windows;
     EnumWindows(&CollectTopLevel, reinterpret_cast<LPARAM>(&windows));
     int n = 0;

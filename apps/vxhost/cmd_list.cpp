@@ -11,7 +11,6 @@
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
-#include <QDir>
 #include <QApplication>
 #include <QImage>
 #include <QMouseEvent>
@@ -303,10 +302,8 @@ void Say(KXListCtrl& list, const char* what, int row, int col)
 // from the combo, a device typed into the input box and walked on by Tab.
 int Screenshots(PartsFrame& frame, const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+    if (!vxhost::MakePictureDir(dir))
         return 1;
-    }
     KXListCtrl& list = frame.list;
     list.SetFocus();
     DragCells(list, 3, Device, 8, Checked);

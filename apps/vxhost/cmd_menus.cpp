@@ -13,7 +13,6 @@
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
-#include <QDir>
 #include <QImage>
 #include <QPainter>
 #include <QWidget>
@@ -281,10 +280,8 @@ bool Shot(MenuDemo& demo, const std::string& file)
 
 int Screenshots(MenuDemo& demo, const std::string& dir)
 {
-    if (!QDir().mkpath(QString::fromStdString(dir))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+    if (!vxhost::MakePictureDir(dir))
         return 1;
-    }
     bool ok = true;
     CRect frame;
     demo.GetWindowRect(&frame);

@@ -49,6 +49,9 @@ bool IsOption(const std::string& word);
 // The DIR of arguments that are exactly "--screenshot DIR", "" for any other
 // arguments (the window commands take that or nothing).
 std::string ScreenshotDir(const std::vector<std::string>& words);
+// Makes the folder the pictures go to; false, having said why, when it
+// cannot be made.
+bool MakePictureDir(const std::string& dir);
 
 // Prints a heading of the tour.
 void Heading(const char* title);

@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace vxhost {
 
@@ -48,6 +50,16 @@ std::string ScreenshotDir(const std::vector<std::string>& words)
     if (words.size() == 2 && words[0] == "--screenshot" && !IsOption(words[1]))
         return words[1];
     return std::string();
+}
+
+bool MakePictureDir(const std::string& dir)
+{
+    std::error_code error;
+    std::filesystem::create_directories(dir, error);
+    if (!error && std::filesystem::is_directory(dir, error))
+        return true;
+    std::fprintf(stderr, "vxhost: cannot make the directory %s\n", dir.c_str());
+    return false;
 }
 
 void Heading(const char* title)

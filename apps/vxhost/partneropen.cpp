@@ -4,11 +4,12 @@
 // dialog is driven as a user would drive it.
 #include "partneropen.h"
 
+#include "democommand.h"
+
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
 #include <QAbstractItemView>
-#include <QDir>
 #include <QFileDialog>
 #include <QImage>
 #include <QPainter>
@@ -216,10 +217,8 @@ bool RunOptionDialog(const CString& folder, const std::string& shots, bool drive
 
 int RunOpenDialog(const std::string& project, const std::string& shots)
 {
-    if (!shots.empty() && !QDir().mkpath(QString::fromStdString(shots))) {
-        std::fprintf(stderr, "vxhost: cannot make the directory %s\n", shots.c_str());
+    if (!shots.empty() && !vxhost::MakePictureDir(shots))
         return 1;
-    }
     vx::InitUi();
     const HWND it = KProcessIO::ActivatePartner(MainframeIT, 0);
     Line(it ? "started IT, which draws the previews of drawings" : "IT could not be started");

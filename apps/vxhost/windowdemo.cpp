@@ -6,7 +6,6 @@
 #include <vxbase.h>
 #include <vxbase_ui.h>
 
-#include <QDir>
 #include <QImage>
 
 namespace vxhost {
@@ -20,12 +19,7 @@ int RunWindowDemo(const Args& args, const char* command, const WindowDemo& demo)
     vx::InitUi();
     int rc = 0;
     if (screenshot) {
-        if (QDir().mkpath(QString::fromStdString(shots))) {
-            rc = demo.screenshot(shots);
-        } else {
-            std::fprintf(stderr, "vxhost: cannot make the directory %s\n", shots.c_str());
-            rc = 1;
-        }
+        rc = MakePictureDir(shots) ? demo.screenshot(shots) : 1;
     } else if (!vx::HasDisplay()) {
         rc = demo.offscreen();
     } else {
