@@ -3,25 +3,6 @@
 #include "platform/shell/resources.h"
 #include "ui/bars/ccmdui.h"
 
-namespace {
-
-// A button's state, set through the bar's TB_ messages.
-class ButtonCmdUI : public CCmdUI {
-public:
-    void Enable(BOOL on) override
-    {
-        m_bEnableChanged = TRUE;
-        m_pOther->SendMessage(TB_ENABLEBUTTON, m_nID, on ? TRUE : FALSE);
-    }
-    void SetCheck(int check) override
-    {
-        m_pOther->SendMessage(TB_CHECKBUTTON, m_nID, check == 1);
-        m_pOther->SendMessage(TB_INDETERMINATE, m_nID, check == 2);
-    }
-};
-
-} // namespace
-
 CDlgToolBar::CDlgToolBar() = default;
 
 CDlgToolBar::~CDlgToolBar() = default;
@@ -38,19 +19,7 @@ LRESULT CDlgToolBar::OnIdleUpdateCmdUI(WPARAM wParam, LPARAM)
     if (!IsWindowVisible())
         return 0;
     // The dialog is the target: it is the bar's parent, not a frame.
-    CWnd* parent = GetParent();
-    ButtonCmdUI ui;
-    ui.m_pOther = this;
-    const int count = static_cast<int>(SendMessage(TB_BUTTONCOUNT));
-    for (int i = 0; i < count; ++i) {
-        TBBUTTON b{};
-        SendMessage(TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&b));
-        if (b.fsStyle & TBSTYLE_SEP)
-            continue;
-        ui.m_nIndex = static_cast<UINT>(i);
-        ui.m_nID = static_cast<UINT>(b.idCommand);
-        ui.DoUpdate(parent, static_cast<BOOL>(wParam));
-    }
+    UpdateButtons(GetParent(), static_cast<BOOL>(wParam));
     return 0;
 }
 

@@ -307,6 +307,11 @@ public:
 
 void CToolBar::OnUpdateCmdUI(CFrameWnd* target, BOOL disableIfNoHandler)
 {
+    UpdateButtons(target, disableIfNoHandler);
+}
+
+void CToolBar::UpdateButtons(CWnd* target, BOOL disableIfNoHandler)
+{
     CToolCmdUI ui;
     ui.m_pOther = this;
     for (int i = 0; i < m_control->Count(); ++i) {

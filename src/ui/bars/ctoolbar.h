@@ -72,6 +72,9 @@ protected:
     // buttons so placed.
     CSize WrapButtons(int width);
     vx::ToolBarControl& Control() const { return *m_control; }
+    // Asks `target` and its route for the state of each button's command
+    // and shows it on the button.
+    void UpdateButtons(CWnd* target, BOOL disableIfNoHandler);
     BOOL CreateEx0(CWnd* parent, DWORD windowStyle, UINT id);
 
     CImageList m_images;
