@@ -1,5 +1,7 @@
 #include "filedialogs/cvxfiledialog.h"
 
+#include "filedialogs/freecursor_p.h"
+
 #include "base/vxglobals.h"
 #include "look/cvxdialog.h"
 #include "platform/files/fileapi.h"
@@ -92,13 +94,8 @@ void CVxFileDialog::SetButtonOffset(int x, int y)
 
 INT_PTR CVxFileDialog::DoModal()
 {
-    RECT clip{};
-    const BOOL clipped = GetClipCursor(&clip);
-    ClipCursor(nullptr);
-    const INT_PTR result = CFileDialog::DoModal();
-    if (clipped)
-        ClipCursor(&clip);
-    return result;
+    const vx::FreeCursor free;
+    return CFileDialog::DoModal();
 }
 
 BOOL CVxFileDialog::XEnumChildProc(HWND hwnd, LPARAM self)

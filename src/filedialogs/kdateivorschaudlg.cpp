@@ -1,5 +1,7 @@
 #include "filedialogs/kdateivorschaudlg.h"
 
+#include "filedialogs/freecursor_p.h"
+
 #include "base/vxglobals.h"
 #include "look/cvxdialog.h"
 #include "pages/kvxfile.h"
@@ -88,12 +90,11 @@ INT_PTR KDateiVorschauDlg::DoModal()
     const CString start = s_LastDir;
     if (ownStart)
         m_ofn.lpstrInitialDir = start.GetString();
-    RECT clip{};
-    const BOOL clipped = GetClipCursor(&clip);
-    ClipCursor(nullptr);
-    const INT_PTR result = CFileDialog::DoModal();
-    if (clipped)
-        ClipCursor(&clip);
+    INT_PTR result;
+    {
+        const vx::FreeCursor free;
+        result = CFileDialog::DoModal();
+    }
     if (ownStart) {
         m_ofn.lpstrInitialDir = nullptr;
         if (result == IDOK && m_ofn.nFileOffset > 0)

@@ -121,6 +121,36 @@ TEST_F(FileDialogs, AFrameThatDoesNotMoveLeavesTheButtonsAlone)
     EXPECT_EQ(before, after);
 }
 
+// A cursor clip of the program (a drawing being dragged) is lifted while a
+// file dialog runs and is the program's again once the dialog is gone (the
+// preview dialog's preview holds it free for as long as it lives).
+template <class Dialog>
+void ExpectTheCursorFreeWhileItRuns()
+{
+    const RECT box{10, 10, 60, 60};
+    ASSERT_TRUE(ClipCursor(&box));
+    bool clippedMeanwhile = true;
+    {
+        Driven<Dialog> dlg(TRUE);
+        dlg.steps.push_back([&](auto& d) {
+            RECT now{};
+            clippedMeanwhile = GetClipCursor(&now) && CRect(now) == CRect(box);
+            vxtest::Click(*d.GetDlgItem(vx::kSkinCancelId), 4, 4);
+        });
+        EXPECT_EQ(dlg.DoModal(), IDCANCEL);
+    }
+    EXPECT_FALSE(clippedMeanwhile);
+    RECT after{};
+    EXPECT_TRUE(GetClipCursor(&after) && CRect(after) == CRect(box));
+    ClipCursor(nullptr);
+}
+
+TEST_F(FileDialogs, TheCursorIsFreeWhileADialogRunsAndItsClipComesBack)
+{
+    ExpectTheCursorFreeWhileItRuns<CVxFileDialog>();
+    ExpectTheCursorFreeWhileItRuns<KDateiVorschauDlg>();
+}
+
 TEST_F(FileDialogs, ADriveAloneEndsTheDialogAsCancelWithTheDrive)
 {
     Driven<CVxFileDialog> dlg(TRUE);
